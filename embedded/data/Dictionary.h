@@ -1,0 +1,64 @@
+// The dictionary: the variables of the active data, with what a relation and a sidecar say of
+// them.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "embedded/output/Text.h"
+#include "host/data/KORA_Format.h"
+#include "host/data/KORA_Variable.h"
+#include "host/data/OBS.h"
+
+namespace embedded::data {
+
+// A range of user-missing numbers, both ends included.
+struct MissingRange {
+  double min = 0.0;
+  double max = 0.0;
+  std::string label;
+};
+
+// One variable. It is also what procedures see of it.
+class Variable final : public KORA_Variable {
+ public:
+  std::string name;
+  std::string upperName;
+  int type = 0;  // 0 numeric, else the width in bytes
+  KORA_Format format;
+  output::ValueKind kind = output::ValueKind::Number;
+  std::vector<double> missingNumbers;
+  std::vector<std::string> missingStrings;  // without trailing blanks
+  std::vector<MissingRange> missingRanges;
+  // The values that the field declares as its categories; empty optional when it declares none.
+  std::optional<std::vector<double>> declaredNumbers;
+  std::optional<std::vector<std::string>> declaredStrings;
+  bool categoriesOrdered = false;
+  std::string columnType;    // the relation's own name of the type, for describe
+  output::VariablePtr info;  // name, label and value labels, shared with the document
+
+  int GetType() const override { return type; }
+  std::string_view GetName() const override { return name; }
+  std::string_view GetUpperName() const override { return upperName; }
+  KORA_Format GetFormat() const override { return format; }
+  bool IsMissing(const OBS* observation) const override;
+
+  // Of the value at `observation`: system-missing (a number), or all NUL bytes (a string).
+  bool isSystemMissing(const OBS* observation) const;
+  // Whether the value, not system-missing, is one of the user-missing ones.
+  bool isUserMissing(const OBS* observation) const;
+};
+
+struct Dictionary {
+  std::vector<Variable> variables;
+  int weight = -1;          // index, or negative
+  std::vector<int> splits;  // indices, outermost first
+
+  // Index by name: an exact match first, else one without regard to case; -1 when there is none.
+  int find(std::string_view name) const;
+};
+
+}  // namespace embedded::data

@@ -1,0 +1,46 @@
+// One run: data and a command in, a document out. What a program that embeds this host calls.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "embedded/data/MemorySource.h"
+#include "embedded/output/Document.h"
+#include "embedded/session/Module.h"
+#include "embedded/session/Session.h"
+
+namespace embedded {
+
+// Which cases the procedure is given.
+enum class CaseDelivery { Automatic, CaseByCase, Patterns };
+
+struct Request {
+  std::string data;                        // a path, "-", or an engine's address
+  std::optional<data::MemoryTable> table;  // counts given in place of data
+  std::string command;                     // as written
+  std::string schema;                      // the sidecar's path; empty: found beside the data
+  std::string weight;                      // names; empty: what the sidecar says
+  std::vector<std::string> splits;
+  bool splitsGiven = false;
+  SplitLayout splitLayout = SplitLayout::Rows;
+  std::string locale;  // collation of strings; empty: code point order
+  CaseDelivery delivery = CaseDelivery::Automatic;
+  int threads = 0;     // 0: as many as the machine has
+  std::string memory;  // such as "2GB"; empty: the engine's own limit
+  std::string version;
+  std::function<void(const std::string& line)> diagnostics;
+};
+
+// Carries out the request. The session holds the document afterwards, also when the command was
+// refused (document.accepted is false then). Throws Error of kind Usage, Data, Cancelled, Memory or
+// Internal when there is no document to show.
+std::unique_ptr<Session> run(const Request& request, const Module& module);
+
+// The dictionary that a run of this request would use, as a schema file.
+std::string describe(const Request& request);
+
+}  // namespace embedded

@@ -1,0 +1,75 @@
+#include "embedded/session/Session.h"
+
+#include <algorithm>
+
+#include "embedded/errors/Error.h"
+#include "host/data/OBS.h"
+#include "host/errors/Assertion.h"
+
+namespace embedded {
+
+namespace {
+
+Session* currentSession = nullptr;
+
+// The value of a split variable in the case just read.
+output::TextPtr splitValue(const data::Variable& variable, const OBS* observation) {
+  if (variable.type == 0) {
+    return output::Text::ofValue(variable.info, observation->number, true);
+  }
+  const std::string_view bytes(observation->bytes, static_cast<std::size_t>(variable.type));
+  std::string text(bytes.substr(0, bytes.find('\0')));
+  text.erase(text.find_last_not_of(' ') + 1);
+  return output::Text::ofValue(variable.info, std::move(text), true);
+}
+
+}  // namespace
+
+std::atomic<bool> Session::cancelled = false;
+
+Session& Session::current() {
+  if (currentSession == nullptr) {
+    KORA_AssertionFailed("a session is current", "Session", __LINE__);
+  }
+  return *currentSession;
+}
+
+Session::Scope::Scope(Session& session) : previous_(currentSession) {
+  currentSession = &session;
+}
+
+Session::Scope::~Scope() {
+  currentSession = previous_;
+}
+
+void Session::useColumn(int index) {
+  if (std::find(columnsInUse.begin(), columnsInUse.end(), index) == columnsInUse.end()) {
+    columnsInUse.push_back(index);
+  }
+}
+
+void Session::beginSplitGroup() {
+  output::SplitGroup group;
+  std::string key;
+  for (const int index : dictionary.splits) {
+    const data::Variable& variable = dictionary.variables[static_cast<std::size_t>(index)];
+    const OBS* observation = currentCases->GetObsPointer(index);
+    key.append(observation->bytes, ObsWords(variable.type) * sizeof(OBS));
+    group.values.push_back(splitValue(variable, observation));
+  }
+  const auto [known, isNew] =
+      splitGroups_.try_emplace(std::move(key), static_cast<output::Index>(document.splits.size()));
+  if (isNew) {
+    document.splits.push_back(std::move(group));
+  }
+  currentSplit = known->second;
+  writer.beginSplit(currentSplit, splitLayout == SplitLayout::Tables);
+}
+
+void Session::checkCancelled() {
+  if (cancelled.load(std::memory_order_relaxed)) {
+    throw Error(ErrorKind::Cancelled, "Interrupted");
+  }
+}
+
+}  // namespace embedded
