@@ -1,0 +1,115 @@
+#include "render/Messages.h"
+
+#include <fmt/format.h>
+
+#include "embedded/output/Template.h"
+#include "embedded/output/Values.h"
+#include "render/Columns.h"
+
+namespace render {
+
+namespace {
+
+using embedded::output::Message;
+using embedded::output::Place;
+using embedded::output::readerText;
+using embedded::output::Severity;
+using embedded::output::Text;
+
+std::string severityName(Severity severity, const Context& context) {
+  switch (severity) {
+    case Severity::Error:
+      return std::string(context.sentences->sentence("error"));
+    case Severity::Warning:
+      return std::string(context.sentences->sentence("warning"));
+    case Severity::Note:
+      return std::string(context.sentences->sentence("note"));
+  }
+  return {};
+}
+
+// The line of the command with a caret under its first character, underlined to its end.
+std::string caretLines(const Place& place) {
+  const std::string number = fmt::format("{:>5} | ", place.line);
+  std::string under(number.size() - 2, ' ');
+  under += "| " + std::string(static_cast<std::size_t>(std::max(0, place.column - 1)), ' ') + '^';
+  if (place.length > 1) {
+    under += std::string(static_cast<std::size_t>(place.length - 1), '~');
+  }
+  return number + place.lineText + '\n' + under + '\n';
+}
+
+void addCases(const Document& document, const Context& context,
+              std::vector<std::pair<std::string, std::string>>& facts) {
+  const auto& cases = document.data.cases;
+  const auto say = [&](std::string_view id, std::vector<std::uint64_t> numbers) {
+    std::vector<embedded::output::TextPtr> arguments;
+    for (const std::uint64_t number : numbers) {
+      arguments.push_back(
+          Text::number(static_cast<double>(number), embedded::output::NumberFormat::Count));
+    }
+    return readerText(*Text::composite(std::string(id), std::move(arguments)), *context.sentences);
+  };
+  std::string text = say("Cases read ^1", {cases.read});
+  if (cases.invalidWeight > 0) {
+    text += "; " + say("Cases of invalid weight ^1", {cases.invalidWeight});
+  }
+  for (const auto& [name, missing] : cases.missing) {
+    if (missing.system + missing.user > 0) {
+      text += "; " + name + ": " + say("Missing system ^1 user ^2", {missing.system, missing.user});
+    }
+  }
+  facts.emplace_back(context.sentences->sentence("Cases"), text);
+}
+
+}  // namespace
+
+std::string messageText(const Document& document, const Message& message, const Context& context) {
+  std::string out = severityName(message.severity, context) + ": " +
+                    readerText(*message.text, *context.sentences);
+  if (!message.nearest.empty()) {
+    out += " " +
+           readerText(*Text::composite("Nearest name ^1", {Text::string(message.nearest, false)}),
+                      *context.sentences);
+  }
+  // A warning whose text does not name the split group says it here.
+  if (message.split != embedded::output::none && message.text->items.empty()) {
+    for (const auto& value : document.splits[message.split].values) {
+      out += " (" + value->variable->name + " = " + readerText(*value, *context.sentences) + ")";
+    }
+  }
+  out += '\n';
+  return message.where ? out + caretLines(*message.where) : out;
+}
+
+std::vector<std::pair<std::string, std::string>> runFacts(const Document& document,
+                                                          const Context& context) {
+  const auto name = [&](std::string_view id) {
+    return std::string(context.sentences->sentence(id));
+  };
+  std::vector<std::pair<std::string, std::string>> facts;
+  const auto& data = document.data;
+  facts.emplace_back(name("Command"), document.command);
+  facts.emplace_back(name("Data"),
+                     data.source + (data.fingerprint.empty() ? "" : " (" + data.fingerprint + ")"));
+  if (!data.weight.empty()) {
+    facts.emplace_back(name("Weight"), data.weight);
+  }
+  std::string splits;
+  for (const auto& variable : data.splits) {
+    splits += (splits.empty() ? "" : ", ") + variable->name;
+  }
+  if (!splits.empty()) {
+    facts.emplace_back(name("Split by"), splits);
+  }
+  if (data.seed) {
+    facts.emplace_back(name("Seed"), std::to_string(*data.seed));
+  }
+  if (document.accepted) {
+    addCases(document, context, facts);
+  }
+  facts.emplace_back(name("Program"), "proportions " + document.version);
+  return facts;
+}
+
+}  // namespace render

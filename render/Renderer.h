@@ -1,0 +1,47 @@
+// What every renderer receives and gives, and the table of output formats.
+#pragma once
+
+#include <ostream>
+#include <span>
+#include <string_view>
+
+#include "embedded/output/Description.h"
+#include "embedded/output/Document.h"
+#include "embedded/output/Values.h"
+
+namespace render {
+
+using embedded::output::Document;
+
+// What a renderer needs besides the document.
+struct Context {
+  const embedded::output::Sentences* sentences = nullptr;      // of the reader's language
+  const embedded::output::Description* description = nullptr;  // of the module that wrote
+  int width = 100;                                             // of a text line, in columns
+  bool colour = false;
+  std::string_view decimalPoint = ".";  // for readers; machines read "."
+};
+
+// Writes the whole document. Errors of the stream are left in the stream.
+using Render = void (*)(const Document& document, const Context& context, std::ostream& out);
+
+// One output format: a row of the table of formats.
+struct Format {
+  std::string_view name;     // as written after --format
+  std::string_view endings;  // of file names, separated by blanks
+  bool forMachines;          // read by programs
+  bool holdsMessages;        // a refused command is written too, with its messages
+  Render render;
+};
+
+// All formats, the default first.
+std::span<const Format> formats();
+// The format of this name or file ending, or null.
+const Format* findFormat(std::string_view name);
+const Format* formatOfFile(std::string_view path);
+
+void renderText(const Document& document, const Context& context, std::ostream& out);
+void renderJson(const Document& document, const Context& context, std::ostream& out);
+void renderCsv(const Document& document, const Context& context, std::ostream& out);
+
+}  // namespace render
