@@ -1,0 +1,53 @@
+// What the user asked for on the command line.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "embedded/session/Run.h"
+
+namespace cli {
+
+// Where and how the results are written.
+struct OutputOptions {
+  std::string format;  // empty: by the ending of `path`, else text
+  std::string path;    // empty: standard output
+  std::string language = "en";
+  std::string colour = "auto";
+  bool quiet = false;
+};
+
+// The counts that `counts` was given.
+struct CountsOptions {
+  std::vector<std::string> proportions;  // SUCCESSES/TRIALS, one or two
+  std::string paired;                    // BOTH,FIRST,SECOND,NEITHER
+  std::optional<double> testValue;
+  std::optional<double> level;
+  std::string tests;
+  std::string intervals;
+};
+
+struct DiagnosticOptions {
+  std::vector<std::string> flags;  // specs, algorithm, probe
+  std::string path;                // empty: standard error
+};
+
+struct Arguments {
+  enum class Action { Run, Counts, Describe, Methods };
+  Action action = Action::Run;
+  embedded::Request request;
+  std::string commandFile;
+  std::string module;  // description file; empty: beside the program
+  OutputOptions output;
+  CountsOptions counts;
+  DiagnosticOptions diagnostics;
+  std::string keyword;  // of `methods`
+};
+
+// Reads the command line. Sets `exit` and returns nothing when the program has nothing more to do:
+// help, the version, or wrong usage (status 2), all already written.
+std::optional<Arguments> readArguments(int argc, char** argv, int& exit);
+
+}  // namespace cli

@@ -1,0 +1,113 @@
+// `run` and `describe`: from the request to the written document.
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+
+#include "OutputFile.h"
+#include "Program.h"
+#include "embedded/errors/Error.h"
+#include "render/Messages.h"
+#include "render/Renderer.h"
+
+namespace cli {
+
+namespace {
+
+using embedded::Error;
+using embedded::ErrorKind;
+using embedded::output::Severity;
+
+constexpr int usualWidth = 100;
+constexpr int narrowest = 40;
+
+// Columns of the terminal, or what COLUMNS says, or the usual width.
+int lineWidth() {
+  winsize size{};
+  if (isatty(STDOUT_FILENO) != 0 && ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 &&
+      size.ws_col > 0) {
+    return std::max<int>(size.ws_col, narrowest);
+  }
+  const char* columns = std::getenv("COLUMNS");
+  const int wanted = columns == nullptr ? 0 : std::atoi(columns);
+  return wanted >= narrowest ? wanted : usualWidth;
+}
+
+bool usesColour(const OutputOptions& output) {
+  if (output.colour != "auto") {
+    return output.colour == "always";
+  }
+  return output.path.empty() && isatty(STDOUT_FILENO) != 0 && std::getenv("NO_COLOR") == nullptr;
+}
+
+const render::Format& chooseFormat(const OutputOptions& output) {
+  const render::Format* byName = render::findFormat(output.format);
+  const render::Format* byFile = render::formatOfFile(output.path);
+  if (byName != nullptr) {
+    return *byName;
+  }
+  if (!output.path.empty() && byFile == nullptr) {
+    throw Error(ErrorKind::Usage, "Unknown output format of ^1 ...", {output.path});
+  }
+  return byFile == nullptr ? render::formats().front() : *byFile;
+}
+
+std::string moduleDescription(const Arguments& arguments) {
+  if (!arguments.module.empty()) {
+    return arguments.module;
+  }
+  const auto program = std::filesystem::read_symlink("/proc/self/exe");
+  return (program.parent_path().parent_path() / "lib" / "proportions.module.json").string();
+}
+
+// Messages on standard error: of a refused command, and where the format has no room for them.
+void writeMessages(const embedded::output::Document& document, const render::Context& context,
+                   const OutputOptions& output) {
+  for (const auto& message : document.messages) {
+    if (!output.quiet || message.severity == Severity::Error) {
+      std::cerr << render::messageText(document, message, context);
+    }
+  }
+}
+
+}  // namespace
+
+int runAndWrite(embedded::Request request, const Arguments& arguments,
+                const embedded::output::Sentences& sentences) {
+  const render::Format& format = chooseFormat(arguments.output);
+  OutputFile output(arguments.output.path);
+  const auto module = embedded::Module::load(moduleDescription(arguments), false);
+  const auto session = embedded::run(request, module);
+  const auto& document = session->document;
+
+  render::Context context{.sentences = &sentences, .description = &module.description()};
+  context.width = lineWidth();
+  // A document that holds its messages, and stands on the terminal, says them itself.
+  const bool written = document.accepted || (format.forMachines && format.holdsMessages);
+  if (!(written && format.holdsMessages && arguments.output.path.empty())) {
+    writeMessages(document, context, arguments.output);
+  }
+  if (written) {
+    context.colour = usesColour(arguments.output);
+    format.render(document, context, output.stream());
+    output.commit();
+  }
+  return document.accepted ? 0 : embedded::exitStatus(ErrorKind::Command);
+}
+
+int runData(const Arguments& arguments, const embedded::output::Sentences& sentences) {
+  return runAndWrite(arguments.request, arguments, sentences);
+}
+
+int describeData(const Arguments& arguments) {
+  std::cout << embedded::describe(arguments.request) << std::flush;
+  if (!std::cout) {
+    throw Error(ErrorKind::Output, "Cannot write ^1: ^2 ...", {"standard output", ""});
+  }
+  return 0;
+}
+
+}  // namespace cli
