@@ -17,6 +17,7 @@
 #include "embedded/data/Dictionary.h"
 #include "embedded/output/Document.h"
 #include "embedded/output/Writer.h"
+#include "embedded/text/Collation.h"
 #include "host/data/CaseIterator.h"
 
 namespace embedded {
@@ -29,6 +30,7 @@ struct Session {
   std::string commandText;
   data::Dictionary dictionary;
   std::unique_ptr<data::CaseSource> cases;
+  text::Collation collation;
   SplitLayout splitLayout = SplitLayout::Rows;
   bool bootstrapping = false;  // the case source presents bootstrap samples
   bool pooling = false;        // it presents imputations
