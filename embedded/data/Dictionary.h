@@ -37,7 +37,16 @@ class Variable final : public KORA_Variable {
   std::optional<std::vector<double>> declaredNumbers;
   std::optional<std::vector<std::string>> declaredStrings;
   bool categoriesOrdered = false;
-  std::string columnType;    // the relation's own name of the type, for describe
+  std::string columnType;  // the relation's own name of the type, for describe
+  bool supported = true;   // false for lists, structs, blobs: refused when used
+  // A string's width is known from the start when the schema declares it, else once the values
+  // were measured; until then `type` is 1.
+  int declaredWidth = 0;
+  bool widthKnown = true;
+  // Texts of the data that stand for no value, for true and for false.
+  std::vector<std::string> nullTexts;
+  std::vector<std::string> trueTexts;
+  std::vector<std::string> falseTexts;
   output::VariablePtr info;  // name, label and value labels, shared with the document
 
   int GetType() const override { return type; }
@@ -50,6 +59,8 @@ class Variable final : public KORA_Variable {
   bool isSystemMissing(const OBS* observation) const;
   // Whether the value, not system-missing, is one of the user-missing ones.
   bool isUserMissing(const OBS* observation) const;
+  // Whether any value can be user-missing.
+  bool hasUserMissing() const;
 };
 
 struct Dictionary {
@@ -59,6 +70,8 @@ struct Dictionary {
 
   // Index by name: an exact match first, else one without regard to case; -1 when there is none.
   int find(std::string_view name) const;
+  // The name most like `name`, for messages; empty when none is near.
+  std::string nearest(std::string_view name) const;
 };
 
 }  // namespace embedded::data

@@ -9,6 +9,7 @@
 #include <exception>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -42,6 +43,9 @@ struct Session {
   output::Writer writer{document};
   std::exception_ptr fatal;  // what ended the reading of cases; FatalError() when set
   bool accepted = false;     // the procedure went on after its parse: it wrote its notes
+
+  // The place in the command that the procedure looked at last: where its messages belong.
+  std::optional<output::Place> commandFocus;
 
   // The iterator that gave the last case, set by the iterators; split values are read from it.
   const KORA_InputCaseIterator* currentCases = nullptr;

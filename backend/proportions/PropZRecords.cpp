@@ -1,0 +1,94 @@
+// Counting and estimating: the statistics records of the three designs.
+#include "PropZIndSamp.h"
+#include "PropZOneSamp.h"
+#include "PropZPairSamp.h"
+
+// --- One sample ---------------------------------------------------------------------------------
+
+void PropZOneSamp::Count(std::int32_t code, double weight) {
+  if (code == 1)
+    _nSucc += weight;
+  else if (code == 0)
+    _nFail += weight;
+  else
+    return;
+  _nTrials += weight;
+}
+
+statistics::OneSampleCounts PropZOneSamp::Counts(double testValue) const {
+  return {.successes = _nSucc, .failures = _nFail, .testValue = testValue};
+}
+
+void PropZOneSamp::Estimate(double testValue) {
+  const statistics::OneSampleEstimates estimates = statistics::estimate(Counts(testValue));
+  _prop = estimates.prop;
+  _estDiff = estimates.estDiff;
+  _aseDiff0 = estimates.aseDiff0;
+  _aseDiff1 = estimates.aseDiff1;
+  _bGoodData = estimates.goodData;
+  _bCompleteData = estimates.completeData;
+}
+
+// --- Paired samples -----------------------------------------------------------------------------
+
+void PropZPairSamp::Count(std::int32_t code1, std::int32_t code2, double weight) {
+  const auto usable = [](std::int32_t code) { return code == 0 || code == 1; };
+  if (!usable(code1) || !usable(code2)) return;
+  double& cell = code1 == 1 ? (code2 == 1 ? _n11 : _n10) : (code2 == 1 ? _n01 : _n00);
+  cell += weight;
+  (code1 == 1 ? _n1p : _n0p) += weight;
+  (code2 == 1 ? _np1 : _np0) += weight;
+  _nObs += weight;
+}
+
+statistics::PairedCounts PropZPairSamp::Counts() const {
+  return {.n11 = _n11, .n10 = _n10, .n01 = _n01, .n00 = _n00};
+}
+
+void PropZPairSamp::Estimate() {
+  const statistics::PairedEstimates estimates = statistics::estimate(Counts());
+  _p11 = estimates.p11;
+  _p10 = estimates.p10;
+  _p01 = estimates.p01;
+  _p00 = estimates.p00;
+  _prop1 = estimates.prop1;
+  _prop2 = estimates.prop2;
+  _estDiff = estimates.estDiff;
+  _ase1 = estimates.ase1;
+  _ase2 = estimates.ase2;
+  _aseDiff0 = estimates.aseDiff0;
+  _aseDiff1 = estimates.aseDiff1;
+  _bGoodData = estimates.goodData;
+  _bCompleteData = estimates.completeData;
+}
+
+// --- Independent samples ------------------------------------------------------------------------
+
+void PropZIndSamp::Count(std::int32_t group, std::int32_t code, double weight) {
+  if ((group != 0 && group != 1) || (code != 0 && code != 1)) return;
+  if (group == 0) {
+    (code == 1 ? _nSucc1 : _nFail1) += weight;
+    _nTrials1 += weight;
+  } else {
+    (code == 1 ? _nSucc2 : _nFail2) += weight;
+    _nTrials2 += weight;
+  }
+  _nObs += weight;
+}
+
+statistics::IndependentCounts PropZIndSamp::Counts() const {
+  return {.successes1 = _nSucc1, .failures1 = _nFail1, .successes2 = _nSucc2, .failures2 = _nFail2};
+}
+
+void PropZIndSamp::Estimate() {
+  const statistics::IndependentEstimates estimates = statistics::estimate(Counts());
+  _prop1 = estimates.prop1;
+  _prop2 = estimates.prop2;
+  _estDiff = estimates.estDiff;
+  _ase1 = estimates.ase1;
+  _ase2 = estimates.ase2;
+  _aseDiff0 = estimates.aseDiff0;
+  _aseDiff1 = estimates.aseDiff1;
+  _bGoodData = estimates.goodData;
+  _bCompleteData = estimates.completeData;
+}

@@ -1,0 +1,34 @@
+// CSV and TSV files.
+#pragma once
+
+#include "CsvHeader.h"
+#include "TableSource.h"
+
+namespace embedded::data {
+
+class CsvSource final : public TableSource {
+ public:
+  // Reads the header and lets the engine's sniffer find the types, once.
+  CsvSource(Engine& engine, const DataAddress& address, const std::vector<std::string>& nullTexts);
+
+  bool textual() const override { return true; }
+  std::string from(std::span<const ColumnRead> reads) const override;
+  std::string value(const ColumnRead& read, std::span<const ColumnRead> reads) const override;
+  [[noreturn]] void explain(Engine& engine, const EngineFailure& failure,
+                            std::span<const ColumnRead> reads) const override;
+
+ private:
+  // Whether the column is read as a text and turned into what is asked for by SQL.
+  bool readAsText(const ColumnRead& read, std::span<const ColumnRead> reads) const;
+  std::string typeOf(const ColumnRead& read, std::span<const ColumnRead> reads) const;
+  std::string table(const std::vector<std::string>& types, bool quotedNulls,
+                    const std::string& more) const;
+  void sniff(Engine& engine, const std::vector<std::string>& nullTexts);
+  void findBooleans(Engine& engine);
+  void explainReject(const TextRow& reject) const;
+
+  std::vector<std::string> files_;
+  CsvHeader header_;
+};
+
+}  // namespace embedded::data

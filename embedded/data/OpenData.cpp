@@ -1,0 +1,51 @@
+// From an address to cases.
+#include "OpenData.h"
+
+#include "DataAddress.h"
+#include "DictionaryBuilder.h"
+#include "DuckDbRelation.h"
+#include "Schema.h"
+
+namespace embedded::data {
+namespace {
+
+Schema schemaFor(const DataOptions& options, const DataAddress& address) {
+  const std::string dataFile = address.files.empty() ? "" : address.files.front();
+  if (!options.schema.empty()) return readSchema(options.schema, dataFile);
+  return dataFile.empty() ? Schema{} : findSchema(dataFile);
+}
+
+output::DataInfo infoOf(Relation& relation, const Dictionary& dictionary) {
+  output::DataInfo info;
+  info.source = relation.source();
+  info.fingerprint = relation.fingerprint();
+  const auto variable = [&](int index) -> const Variable& {
+    return dictionary.variables[static_cast<std::size_t>(index)];
+  };
+  if (dictionary.weight >= 0) info.weight = variable(dictionary.weight).name;
+  for (const int index : dictionary.splits) info.splits.push_back(variable(index).info);
+  return info;
+}
+
+}  // namespace
+
+OpenedData openData(const DataOptions& options) {
+  const DataAddress address = parseAddress(options.address);
+  const Schema schema = schemaFor(options, address);
+  std::unique_ptr<Relation> relation =
+      openDuckDb(address, {options.threads, options.memory, nullTextsOf(schema)});
+  DictionaryPlan plan = buildDictionary(*relation, schema);
+  if (options.weight) setWeight(plan.dictionary, *options.weight);
+  if (options.splits) setSplits(plan.dictionary, *options.splits);
+  OpenedData opened;
+  opened.info = infoOf(*relation, plan.dictionary);
+  opened.cases = std::make_unique<RelationCases>(std::move(relation), plan.dictionary,
+                                                 std::move(plan.reads), options.cases);
+  std::vector<int> fixed = plan.dictionary.splits;
+  if (plan.dictionary.weight >= 0) fixed.push_back(plan.dictionary.weight);
+  opened.cases->measure(plan.dictionary, fixed);
+  opened.dictionary = std::move(plan.dictionary);
+  return opened;
+}
+
+}  // namespace embedded::data
