@@ -3,9 +3,13 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
+#include <memory>
 
 #include "OutputFile.h"
 #include "Program.h"
@@ -73,13 +77,52 @@ void writeMessages(const embedded::output::Document& document, const render::Con
   }
 }
 
+// The diagnostic dumps: text lines, to a file or to standard error.
+class Diagnostics {
+ public:
+  explicit Diagnostics(const Arguments& arguments)
+      : flags_(arguments.diagnostics.flags), file_(std::make_shared<std::ofstream>()) {
+    // The probe writes to standard output by itself.
+    if (std::find(flags_.begin(), flags_.end(), "probe") != flags_.end() &&
+        arguments.output.path.empty()) {
+      throw Error(ErrorKind::Usage, "Probe wants an output file ...");
+    }
+    if (const std::string& path = arguments.diagnostics.path; !path.empty()) {
+      file_->open(path);
+      if (!*file_) {
+        throw Error(ErrorKind::Output, "Cannot write ^1: ^2 ...", {path, std::strerror(errno)});
+      }
+    }
+  }
+
+  bool wanted() const { return !flags_.empty(); }
+
+  void prepare(const embedded::Module& module, embedded::Request& request) const {
+    if (!wanted()) {
+      return;
+    }
+    for (const std::string& flag : flags_) {
+      module.switchOn(flag);
+    }
+    request.diagnostics = [file = file_](const std::string& line) {
+      (file->is_open() ? *file : std::cerr) << line << '\n';
+    };
+  }
+
+ private:
+  const std::vector<std::string>& flags_;
+  std::shared_ptr<std::ofstream> file_;
+};
+
 }  // namespace
 
 int runAndWrite(embedded::Request request, const Arguments& arguments,
                 const embedded::output::Sentences& sentences) {
   const render::Format& format = chooseFormat(arguments.output);
+  const Diagnostics diagnostics(arguments);
+  const auto module = embedded::Module::load(moduleDescription(arguments), diagnostics.wanted());
+  diagnostics.prepare(module, request);
   OutputFile output(arguments.output.path);
-  const auto module = embedded::Module::load(moduleDescription(arguments), false);
   const auto session = embedded::run(request, module);
   const auto& document = session->document;
 

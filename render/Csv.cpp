@@ -1,9 +1,14 @@
 // Tidy csv: one row a cell, for programs. Labels are identifiers, values have full precision.
+//
+// Whatever many rows share is made once, and rows leave in blocks: the time goes into the digits
+// of the values, and the memory does not grow with the rows.
 #include <string>
+#include <string_view>
 
 #include "embedded/output/Values.h"
 #include "render/Footnotes.h"
 #include "render/Grid.h"
+#include "render/NodeTexts.h"
 #include "render/Renderer.h"
 
 namespace render {
@@ -11,59 +16,58 @@ namespace render {
 namespace {
 
 using embedded::output::machineText;
-using embedded::output::SplitGroup;
 using embedded::output::State;
-using embedded::output::Text;
 
-constexpr const char* header = "table,split,row,variable,statistic,value,state,footnotes\n";
+constexpr std::string_view header = "table,split,row,variable,statistic,value,state,footnotes\n";
+constexpr std::string_view pathSeparator = " / ";
+constexpr std::size_t blockSize = std::size_t{1} << 16;
 
 // A field as RFC 4180 quotes it.
-std::string field(const std::string& text) {
-  if (text.find_first_of(",\"\r\n") == std::string::npos) {
-    return text;
+void appendField(std::string& out, std::string_view text) {
+  if (text.find_first_of(",\"\r\n") == std::string_view::npos) {
+    out += text;
+    return;
   }
-  std::string out = "\"";
+  out += '"';
   for (const char c : text) {
-    out += c;
-    if (c == '"') {
-      out += c;
-    }
+    out.append(c == '"' ? 2 : 1, c);
   }
-  return out + '"';
-}
-
-std::string joined(const std::vector<TextPtr>& texts, const char* separator) {
-  std::string out;
-  for (const TextPtr& text : texts) {
-    out += (&text == &texts.front() ? "" : separator) + machineText(*text);
-  }
-  return out;
+  out += '"';
 }
 
 // A name or value inside the split column.
-std::string splitPart(const std::string& text) {
-  std::string out;
+void appendSplitPart(std::string& out, std::string_view text) {
   for (const char c : text) {
     if (c == ';' || c == '=' || c == '\\') {
       out += '\\';
     }
     out += c;
   }
-  return out;
 }
 
 std::string splitText(const Document& document, Index split) {
   std::string out;
   if (split != none) {
     for (const TextPtr& value : document.splits[split].values) {
-      out += (out.empty() ? "" : "; ") + splitPart(value->variable->name) + "=" +
-             splitPart(machineText(*value));
+      out += out.empty() ? "" : "; ";
+      appendSplitPart(out, value->variable->name);
+      out += '=';
+      appendSplitPart(out, machineText(*value));
     }
   }
   return out;
 }
 
-const char* stateName(State state) {
+std::string pathText(const Dimension& dimension, Index node) {
+  std::string out;
+  for (const Index step : pathOf(dimension, node)) {
+    out += out.empty() ? "" : pathSeparator;
+    out += machineText(*dimension.nodes[step].label);
+  }
+  return out;
+}
+
+std::string_view nameOf(State state) {
   switch (state) {
     case State::Valid:
       return "valid";
@@ -72,69 +76,109 @@ const char* stateName(State state) {
     case State::NotANumber:
       return "nan";
   }
-  return "";
+  return {};
 }
 
-// The fields of a row's outer dimensions and of its innermost one. The innermost is the
-// variable; whatever stands outside it is what the row is about, a method or a group.
-std::string rowFields(const Grid& grid, const Row& row) {
-  std::string outer;
-  std::string variable;
-  for (std::size_t i = 0; i < row.nodes.size(); ++i) {
-    const auto& dimension = grid.table().dimensions[grid.rowDimensions()[i]];
-    const std::string label = joined(pathOf(dimension, row.nodes[i]), " / ");
-    if (i + 1 == row.nodes.size()) {
-      variable = label;
-    } else {
-      outer += (outer.empty() ? "" : " / ") + label;
+// The rows of one table, written behind one another into a block of text.
+class CsvTable {
+ public:
+  CsvTable(const Document& document, const Table& table, std::string& block)
+      : document_(document),
+        grid_(table),
+        paths_(table, pathText),
+        footnotes_(table, " | ", [](const embedded::output::Text& t) { return machineText(t); }),
+        block_(block) {
+    appendField(title_, machineText(*table.title));
+    for (const Column& column : grid_.columns()) {
+      statistics_.emplace_back();
+      appendField(statistics_.back(), pathsOn(grid_.columnDimensions(), column.nodes));
     }
   }
-  return field(outer) + "," + field(variable);
-}
 
-std::vector<std::string> columnFields(const Grid& grid) {
-  std::vector<std::string> fields;
-  for (const Column& column : grid.columns()) {
-    std::vector<TextPtr> path;
-    for (std::size_t i = 0; i < column.nodes.size(); ++i) {
-      const auto part =
-          pathOf(grid.table().dimensions[grid.columnDimensions()[i]], column.nodes[i]);
-      path.insert(path.end(), part.begin(), part.end());
-    }
-    fields.push_back(field(joined(path, " / ")));
-  }
-  return fields;
-}
-
-void writeTable(const Document& document, const embedded::output::Table& table, std::ostream& out) {
-  const Grid grid(table);
-  const std::string title = field(machineText(*table.title)) + ",";
-  const std::vector<std::string> statistics = columnFields(grid);
-  grid.forEachRow([&](const Row& row) {
-    const std::string start =
-        title + field(splitText(document, row.split)) + "," + rowFields(grid, row) + ",";
-    std::string lines;
-    for (std::size_t c = 0; c < row.cells.size(); ++c) {
-      const embedded::output::Cell* cell = row.cells[c];
-      if (cell == nullptr) {
-        continue;
+  template <class Flush>
+  void write(const Flush& flush) {
+    grid_.forEachRow([&](const Row& row) {
+      startRow(row);
+      for (std::size_t c = 0; c < row.cells.size(); ++c) {
+        if (row.cells[c] != nullptr) {
+          addCell(*row.cells[c], statistics_[c]);
+        }
       }
-      lines += start + statistics[c] + ",";
-      lines += cell->state == State::Valid ? embedded::output::fullPrecision(cell->value) : "";
-      lines += std::string(",") + stateName(cell->state) + ",";
-      lines += field(joined(footnotesOf(table, *cell), " | ")) + "\n";
+      flush();
+    });
+  }
+
+ private:
+  std::string pathsOn(std::span<const std::size_t> dimensions, std::span<const Index> nodes) {
+    std::string out;
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+      out += i == 0 ? "" : pathSeparator;
+      out += paths_.of(dimensions[i], nodes[i]);
     }
-    out << lines;
-  });
-}
+    return out;
+  }
+
+  // The fields that the cells of a row share. The innermost row dimension is the variable;
+  // whatever stands outside it is what the row is about, a method or a group.
+  void startRow(const Row& row) {
+    if (start_.empty() || row.split != split_) {
+      split_ = row.split;
+      start_ = title_ + ',';
+      appendField(start_, splitText(document_, split_));
+      start_ += ',';
+      splitLength_ = start_.size();
+    }
+    start_.resize(splitLength_);
+    const std::span<const Index> nodes(row.nodes);
+    const std::size_t outer = nodes.empty() ? 0 : nodes.size() - 1;
+    appendField(start_, pathsOn(grid_.rowDimensions(), nodes.first(outer)));
+    start_ += ',';
+    if (!nodes.empty()) {
+      appendField(start_, paths_.of(grid_.rowDimensions()[outer], nodes[outer]));
+    }
+    start_ += ',';
+  }
+
+  void addCell(const Cell& cell, const std::string& statistic) {
+    block_ += start_;
+    block_ += statistic;
+    block_ += ',';
+    if (cell.state == State::Valid) {
+      block_ += embedded::output::fullPrecision(cell.value);
+    }
+    block_ += ',';
+    block_ += nameOf(cell.state);
+    block_ += ',';
+    appendField(block_, footnotes_.of(cell));
+    block_ += '\n';
+  }
+
+  const Document& document_;
+  Grid grid_;
+  NodeTexts paths_;
+  Footnotes footnotes_;
+  std::string& block_;
+  std::string title_;
+  std::vector<std::string> statistics_;  // by column
+  std::string start_;
+  std::size_t splitLength_ = 0;  // of the part of `start_` up to the split values
+  Index split_ = none;
+};
 
 }  // namespace
 
 void renderCsv(const Document& document, const Context& /*context*/, std::ostream& out) {
-  out << header;
-  for (const embedded::output::Table& table : document.tables) {
-    writeTable(document, table, out);
+  std::string block(header);
+  const auto flush = [&](std::size_t beyond) {
+    if (block.size() > beyond) {
+      out.write(block.data(), static_cast<std::streamsize>(block.size()));
+      block.clear();
+    }
+  };
+  for (const Table& table : document.tables) {
+    CsvTable(document, table, block).write([&] { flush(blockSize); });
   }
+  flush(0);
 }
 
 }  // namespace render

@@ -7,8 +7,6 @@ namespace render {
 
 namespace {
 
-constexpr std::size_t noColumn = static_cast<std::size_t>(-1);
-
 // Numbers the nodes in display order: depth first, children as they were added.
 std::vector<Index> displayOrder(const Dimension& dimension) {
   std::vector<Index> rank(dimension.nodes.size(), 0);
@@ -37,13 +35,20 @@ std::vector<std::size_t> dimensionsOn(const Table& table, bool columns) {
   return found;
 }
 
+std::vector<Index> nodesOn(const std::vector<std::size_t>& dimensions, const Cell& cell) {
+  std::vector<Index> nodes;
+  for (const std::size_t d : dimensions) {
+    nodes.push_back(cell.at[d]);
+  }
+  return nodes;
+}
+
 }  // namespace
 
-std::vector<TextPtr> pathOf(const Dimension& dimension, Index node) {
-  std::vector<TextPtr> path;
-  while (node != 0 && node != none) {
-    path.push_back(dimension.nodes[node].label);
-    node = dimension.nodes[node].parent;
+std::vector<Index> pathOf(const Dimension& dimension, Index node) {
+  std::vector<Index> path;
+  for (; node != 0 && node != none; node = dimension.nodes[node].parent) {
+    path.push_back(node);
   }
   std::reverse(path.begin(), path.end());
   return path;
@@ -57,78 +62,95 @@ Grid::Grid(const Table& table)
   findColumns();
 }
 
-std::vector<Index> Grid::rowKey(const Cell& cell) const {
-  std::vector<Index> key;
-  key.reserve(rows_.size());
-  for (const std::size_t d : rows_) {
-    key.push_back(rank_[d][cell.at[d]]);
+Grid::Key Grid::keyOn(const std::vector<std::size_t>& dimensions, const Cell& cell) const {
+  Key key{};
+  for (std::size_t i = 0; i < dimensions.size(); ++i) {
+    key[i] = rank_[dimensions[i]][cell.at[dimensions[i]]];
   }
   return key;
 }
 
-std::size_t Grid::columnOf(const Cell& cell) const {
-  std::size_t place = 0;
-  for (std::size_t i = 0; i < columns_.size(); ++i) {
-    place += rank_[columns_[i]][cell.at[columns_[i]]] * stride_[i];
-  }
-  return place;
-}
-
 void Grid::findColumns() {
-  std::size_t combinations = 1;
-  stride_.assign(columns_.size(), 1);
-  for (std::size_t i = columns_.size(); i-- > 0;) {
-    stride_[i] = combinations;
-    combinations *= table_->dimensions[columns_[i]].nodes.size();
-  }
-  std::vector<const Cell*> first(combinations, nullptr);
+  std::map<Key, const Cell*> found;
   for (const Cell& cell : table_->cells) {
-    const Cell*& seen = first[columnOf(cell)];
-    seen = seen == nullptr ? &cell : seen;
+    found.try_emplace(keyOn(columns_, cell), &cell);
   }
-  columnByRank_.assign(combinations, noColumn);
-  for (std::size_t place = 0; place < combinations; ++place) {
-    if (first[place] == nullptr) {
-      continue;
-    }
-    columnByRank_[place] = shown_.size();
-    Column column;
-    for (const std::size_t d : columns_) {
-      column.nodes.push_back(first[place]->at[d]);
-    }
-    shown_.push_back(std::move(column));
+  for (const auto& [key, cell] : found) {
+    columnKeys_.push_back(key);
+    shown_.push_back({nodesOn(columns_, *cell)});
   }
 }
 
-void Grid::visitGroup(std::size_t begin, std::size_t end,
-                      const std::function<void(const Row&)>& visit) const {
-  std::map<std::vector<Index>, Row> found;
-  for (std::size_t i = begin; i < end; ++i) {
-    const Cell& cell = table_->cells[i];
-    Row& row = found[rowKey(cell)];
-    if (row.cells.empty()) {
-      row.split = table_->split == none ? cell.split : table_->split;
-      row.cells.assign(shown_.size(), nullptr);
-      for (const std::size_t d : rows_) {
-        row.nodes.push_back(cell.at[d]);
-      }
-    }
-    row.cells[columnByRank_[columnOf(cell)]] = &cell;
+// Cells mostly come in the order of their columns, so that the guess is mostly right.
+std::size_t Grid::columnOf(const Cell& cell, std::size_t guess) const {
+  const Key key = keyOn(columns_, cell);
+  if (guess < columnKeys_.size() && columnKeys_[guess] == key) {
+    return guess;
   }
-  for (const auto& [key, row] : found) {
+  const auto found = std::lower_bound(columnKeys_.begin(), columnKeys_.end(), key);
+  return static_cast<std::size_t>(found - columnKeys_.begin());
+}
+
+// All cells with those of a split group together, the groups in the order of their first cells;
+// nothing when they stand so already.
+std::vector<const Cell*> Grid::cellsBySplit() const {
+  const auto& cells = table_->cells;
+  std::map<Index, std::size_t> first;
+  bool together = true;
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    if (i == 0 || cells[i].split != cells[i - 1].split) {
+      together = first.try_emplace(cells[i].split, i).second && together;
+    }
+  }
+  std::vector<const Cell*> sorted;
+  if (!together) {
+    for (const Cell& cell : cells) {
+      sorted.push_back(&cell);
+    }
+    std::stable_sort(sorted.begin(), sorted.end(), [&](const Cell* a, const Cell* b) {
+      return first.find(a->split)->second < first.find(b->split)->second;
+    });
+  }
+  return sorted;
+}
+
+void Grid::visitGroup(std::vector<Placed>& group, Row& row,
+                      const std::function<void(const Row&)>& visit) const {
+  const auto before = [](const Placed& a, const Placed& b) { return a.row < b.row; };
+  if (!std::is_sorted(group.begin(), group.end(), before)) {
+    std::stable_sort(group.begin(), group.end(), before);
+  }
+  std::size_t column = 0;
+  for (std::size_t i = 0; i < group.size();) {
+    const Key& key = group[i].row;
+    const Cell& first = *group[i].cell;
+    row.split = table_->split == none ? first.split : table_->split;
+    for (std::size_t d = 0; d < rows_.size(); ++d) {
+      row.nodes[d] = first.at[rows_[d]];
+    }
+    std::fill(row.cells.begin(), row.cells.end(), nullptr);
+    for (column = 0; i < group.size() && group[i].row == key; ++i) {
+      column = columnOf(*group[i].cell, column);
+      row.cells[column++] = group[i].cell;
+    }
     visit(row);
   }
 }
 
 void Grid::forEachRow(const std::function<void(const Row&)>& visit) const {
-  const auto& cells = table_->cells;
-  for (std::size_t begin = 0; begin < cells.size();) {
-    std::size_t end = begin;
-    while (end < cells.size() && cells[end].split == cells[begin].split) {
-      ++end;
+  const std::vector<const Cell*> sorted = cellsBySplit();
+  const auto cellAt = [&](std::size_t i) { return sorted.empty() ? &table_->cells[i] : sorted[i]; };
+  Row row;
+  row.nodes.resize(rows_.size());
+  row.cells.resize(shown_.size());
+  std::vector<Placed> group;
+  for (std::size_t i = 0; i < table_->cells.size();) {
+    const Index split = cellAt(i)->split;
+    group.clear();
+    for (; i < table_->cells.size() && cellAt(i)->split == split; ++i) {
+      group.push_back({keyOn(rows_, *cellAt(i)), cellAt(i)});
     }
-    visitGroup(begin, end, visit);
-    begin = end;
+    visitGroup(group, row, visit);
   }
 }
 

@@ -1,9 +1,10 @@
 // A pivot table as rows and columns, in the order in which they are shown.
 //
-// Row dimensions stand outermost first by their levels, split variables before them; column
-// dimensions likewise. Rows and columns without cells do not exist here.
+// Row dimensions stand outermost first by their levels, split groups before them in the order of
+// the data; column dimensions likewise. Rows and columns without cells do not exist here.
 #pragma once
 
+#include <array>
 #include <functional>
 #include <vector>
 
@@ -20,8 +21,8 @@ using embedded::output::none;
 using embedded::output::Table;
 using embedded::output::TextPtr;
 
-// The labels from a dimension's outermost group down to the node, without the dimension itself.
-std::vector<TextPtr> pathOf(const Dimension& dimension, Index node);
+// The nodes from a dimension's outermost group down to the node, without the dimension itself.
+std::vector<Index> pathOf(const Dimension& dimension, Index node);
 
 // A column: a node of each column dimension.
 struct Column {
@@ -46,26 +47,32 @@ class Grid {
   const std::vector<std::size_t>& rowDimensions() const { return rows_; }
   const std::vector<std::size_t>& columnDimensions() const { return columns_; }
   const std::vector<Column>& columns() const { return shown_; }
-  bool empty() const { return table_->cells.empty(); }
 
-  // Calls `visit` with every row, in order. Takes memory for one split group at a time.
+  // Calls `visit` with every row, in order; the row is the grid's and changes after the call.
+  // Takes memory for one split group at a time where the cells of a group stand together.
   void forEachRow(const std::function<void(const Row&)>& visit) const;
 
  private:
-  // The place of a cell among the cells of its split group.
-  std::vector<Index> rowKey(const Cell& cell) const;
-  std::size_t columnOf(const Cell& cell) const;
+  // Display ranks of a cell's nodes on one axis, outermost first; compared as they stand.
+  using Key = std::array<Index, embedded::output::maxDimensions>;
+  struct Placed {
+    Key row;
+    const Cell* cell;
+  };
+
+  Key keyOn(const std::vector<std::size_t>& dimensions, const Cell& cell) const;
   void findColumns();
-  void visitGroup(std::size_t begin, std::size_t end,
+  std::size_t columnOf(const Cell& cell, std::size_t guess) const;
+  std::vector<const Cell*> cellsBySplit() const;
+  void visitGroup(std::vector<Placed>& group, Row& row,
                   const std::function<void(const Row&)>& visit) const;
 
   const Table* table_;
   std::vector<std::size_t> rows_;
   std::vector<std::size_t> columns_;
   std::vector<std::vector<Index>> rank_;  // by dimension and node: the place in display order
+  std::vector<Key> columnKeys_;           // ascending; of the columns shown
   std::vector<Column> shown_;
-  std::vector<std::size_t> columnByRank_;  // column number of a combination of column ranks
-  std::vector<std::size_t> stride_;
 };
 
 }  // namespace render

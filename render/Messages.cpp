@@ -2,9 +2,13 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "embedded/output/Template.h"
 #include "embedded/output/Values.h"
 #include "render/Columns.h"
+#include "render/ReaderTable.h"
+#include "render/TextTable.h"
 
 namespace render {
 
@@ -28,15 +32,25 @@ std::string severityName(Severity severity, const Context& context) {
   return {};
 }
 
-// The line of the command with a caret under its first character, underlined to its end.
-std::string caretLines(const Place& place) {
-  const std::string number = fmt::format("{:>5} | ", place.line);
-  std::string under(number.size() - 2, ' ');
-  under += "| " + std::string(static_cast<std::size_t>(std::max(0, place.column - 1)), ' ') + '^';
-  if (place.length > 1) {
-    under += std::string(static_cast<std::size_t>(place.length - 1), '~');
+std::string colourOf(Severity severity, const Context& context) {
+  if (!context.colour || severity == Severity::Note) {
+    return std::string(context.colour ? bold : "");
   }
-  return number + place.lineText + '\n' + under + '\n';
+  return std::string(bold) + std::string(severity == Severity::Error ? red : yellow);
+}
+
+// The line of the command with a caret under the first character of the place, underlined to
+// its end. Both count in columns of the terminal.
+std::string caretLines(const Place& place) {
+  const std::string line = visible(place.lineText);
+  const std::size_t begin =
+      endOfCharacters(line, static_cast<std::size_t>(std::max(0, place.column - 1)));
+  const std::string_view marked = std::string_view(line).substr(begin);
+  const std::size_t length = columnsOf(marked.substr(
+      0, endOfCharacters(marked, static_cast<std::size_t>(std::max(1, place.length)))));
+  std::string out = fmt::format("{:>5} | {}\n{:>8}", place.line, line, "| ");
+  out.append(columnsOf(std::string_view(line).substr(0, begin)), ' ').append(1, '^');
+  return out.append(std::max<std::size_t>(length, 1) - 1, '~').append(1, '\n');
 }
 
 void addCases(const Document& document, const Context& context,
@@ -65,18 +79,17 @@ void addCases(const Document& document, const Context& context,
 }  // namespace
 
 std::string messageText(const Document& document, const Message& message, const Context& context) {
-  std::string out = severityName(message.severity, context) + ": " +
-                    readerText(*message.text, *context.sentences);
+  std::string out = colourOf(message.severity, context) + severityName(message.severity, context) +
+                    ":" + std::string(context.colour ? plain : "") + " " +
+                    visible(readerText(*message.text, *context.sentences));
   if (!message.nearest.empty()) {
-    out += " " +
-           readerText(*Text::composite("Nearest name ^1", {Text::string(message.nearest, false)}),
-                      *context.sentences);
+    out += " " + visible(readerText(
+                     *Text::composite("Nearest name ^1", {Text::string(message.nearest, false)}),
+                     *context.sentences));
   }
   // A warning whose text does not name the split group says it here.
   if (message.split != embedded::output::none && message.text->items.empty()) {
-    for (const auto& value : document.splits[message.split].values) {
-      out += " (" + value->variable->name + " = " + readerText(*value, *context.sentences) + ")";
-    }
+    out += " (" + visible(splitSentence(document, message.split, *context.sentences)) + ")";
   }
   out += '\n';
   return message.where ? out + caretLines(*message.where) : out;

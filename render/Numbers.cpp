@@ -14,14 +14,27 @@ using embedded::output::Role;
 using embedded::output::State;
 
 constexpr int usualDecimals = 3;
-constexpr int mostDecimals = 17;
-constexpr double smallestShownP = 0.001;
+constexpr int mostDecimals = 9;        // more are written with an exponent
+constexpr int mostDigits = 17;         // tell any two doubles apart
+constexpr int fewDigits = 2;           // of what is too small for decimals
+constexpr double smallestP = 0.001;    // smaller ones are `<.001`
+constexpr double largestFixed = 1e15;  // from here on the digits would not be meant
 
 std::string fixed(double value, int decimals) {
+  if (std::isinf(value)) {
+    return value < 0 ? "-\u221e" : "\u221e";
+  }
+  if (std::abs(value) >= largestFixed) {
+    return fmt::format("{:.{}e}", value, usualDecimals);
+  }
   std::string text = fmt::format("{:.{}f}", value, decimals);
   // A value that rounds to zero has no sign.
-  return text.find_first_not_of("-0.") == std::string::npos && text.front() == '-' ? text.substr(1)
+  return text.front() == '-' && text.find_first_not_of("-0.") == std::string::npos ? text.substr(1)
                                                                                    : text;
+}
+
+std::string withExponent(double value, int digits) {
+  return value == 0.0 ? fixed(value, usualDecimals) : fmt::format("{:.{}e}", value, digits - 1);
 }
 
 std::string withDecimalPoint(std::string text, std::string_view point) {
@@ -30,7 +43,42 @@ std::string withDecimalPoint(std::string text, std::string_view point) {
 }
 
 std::string pValue(double value) {
-  return value < smallestShownP ? "<.001" : fixed(value, usualDecimals);
+  return value >= 0.0 && value < smallestP ? "<.001" : fixed(value, usualDecimals);
+}
+
+// The decimals that show two digits of an amount.
+int decimalsFor(double amount) {
+  return fewDigits - 1 - static_cast<int>(std::floor(std::log10(amount)));
+}
+
+// The bound with as many digits as keep it apart from the other: where three decimals do not, two
+// digits of what lies between them are shown.
+std::string bound(double value, double other) {
+  std::string text = fixed(value, usualDecimals);
+  const double between = std::abs(value - other);
+  if (!(between > 0.0) || text != fixed(other, usualDecimals)) {
+    return text;
+  }
+  if (const int decimals = decimalsFor(between); decimals <= mostDecimals) {
+    return fixed(value, decimals);
+  }
+  for (int digits = fewDigits; digits < mostDigits; ++digits) {
+    text = withExponent(value, digits);
+    if (text != withExponent(other, digits)) {
+      return text;
+    }
+  }
+  return withExponent(value, mostDigits);
+}
+
+// Three decimals, or two significant digits where these would hide that there is something.
+std::string amount(double value) {
+  const double size = std::abs(value);
+  if (size == 0.0 || fixed(size, usualDecimals) != fixed(0.0, usualDecimals)) {
+    return fixed(value, usualDecimals);
+  }
+  const int decimals = decimalsFor(size);
+  return decimals <= mostDecimals ? fixed(value, decimals) : withExponent(value, fewDigits);
 }
 
 bool isBound(const Meaning& meaning) {
@@ -41,11 +89,50 @@ bool isProbability(const Meaning& meaning) {
   return meaning.role == Role::POneSided || meaning.role == Role::PTwoSided;
 }
 
-std::string lastLabelId(const Dimension& dimension, Index node) {
-  return dimension.nodes[node].label->id;
+// Amounts that are exactly zero when they are nothing, so that a tiny one means something.
+bool isAmount(const Meaning& meaning) {
+  return meaning.role == Role::Estimate || meaning.role == Role::StandardError;
+}
+
+// Whether two columns differ in their innermost label alone.
+bool areSiblings(const Grid& grid, const Column& a, const Column& b) {
+  if (a.nodes.empty()) {
+    return false;
+  }
+  const Dimension& inner = grid.table().dimensions[grid.columnDimensions().back()];
+  return std::equal(a.nodes.begin(), a.nodes.end() - 1, b.nodes.begin(), b.nodes.end() - 1) &&
+         inner.nodes[a.nodes.back()].parent == inner.nodes[b.nodes.back()].parent;
 }
 
 }  // namespace
+
+std::vector<Meaning> columnMeanings(const Grid& grid, const embedded::output::Description& of) {
+  std::vector<Meaning> meanings;
+  for (const Column& column : grid.columns()) {
+    meanings.emplace_back();
+    for (std::size_t i = 0; i < column.nodes.size(); ++i) {
+      const Dimension& dimension = grid.table().dimensions[grid.columnDimensions()[i]];
+      const std::string& label = dimension.nodes[column.nodes[i]].label->id;
+      if (Meaning found = of.of(grid.table().title->id, label); found.role != Role::None) {
+        meanings.back() = std::move(found);
+      }
+    }
+  }
+  return meanings;
+}
+
+std::vector<std::size_t> boundPartners(const Grid& grid, const std::vector<Meaning>& meanings) {
+  std::vector<std::size_t> partners;
+  for (std::size_t c = 0; c < meanings.size(); ++c) {
+    partners.push_back(c);
+    if (c > 0 && meanings[c - 1].role == Role::Lower && meanings[c].role == Role::Upper &&
+        areSiblings(grid, grid.columns()[c - 1], grid.columns()[c])) {
+      partners[c - 1] = c;
+      partners[c] = c - 1;
+    }
+  }
+  return partners;
+}
 
 bool liesAtRangeEnd(const Cell& cell, const Meaning& meaning) {
   return isBound(meaning) && cell.state == State::Valid &&
@@ -53,40 +140,26 @@ bool liesAtRangeEnd(const Cell& cell, const Meaning& meaning) {
           (meaning.rangeHigh && cell.value == *meaning.rangeHigh));
 }
 
-CellPrinter::CellPrinter(const Grid& grid, const Context& context) : context_(&context) {
-  const auto& columns = grid.columns();
-  for (const Column& column : columns) {
-    Meaning meaning;
-    for (std::size_t i = 0; i < column.nodes.size(); ++i) {
-      const auto& dimension = grid.table().dimensions[grid.columnDimensions()[i]];
-      Meaning found =
-          context.description->of(grid.table().title->id, lastLabelId(dimension, column.nodes[i]));
-      if (found.role != Role::None) {
-        meaning = std::move(found);
-      }
-    }
-    meanings_.push_back(std::move(meaning));
-  }
-  for (std::size_t c = 0; c < columns.size(); ++c) {
-    const bool before =
-        c > 0 && meanings_[c].role == Role::Upper && meanings_[c - 1].role == Role::Lower;
-    const bool after = c + 1 < columns.size() && meanings_[c].role == Role::Lower &&
-                       meanings_[c + 1].role == Role::Upper;
-    partners_.push_back(before ? c - 1 : after ? c + 1 : c);
-  }
+std::string shownNumber(double value, int decimals, std::string_view decimalPoint) {
+  return withDecimalPoint(fixed(value, decimals), decimalPoint);
 }
 
-int CellPrinter::boundDecimals(const Row& row, std::size_t column) const {
-  const Cell* cell = row.cells[column];
-  const Cell* other = row.cells[partners_[column]];
-  int decimals = usualDecimals;
-  if (other == nullptr || other->state != State::Valid || other->value == cell->value) {
-    return decimals;
+CellPrinter::CellPrinter(const Grid& grid, const Context& context)
+    : decimalPoint_(context.decimalPoint),
+      meanings_(columnMeanings(grid, *context.description)),
+      partners_(boundPartners(grid, meanings_)) {}
+
+std::string CellPrinter::printStatistic(const Row& row, std::size_t column) const {
+  const Meaning& meaning = meanings_[column];
+  const double value = row.cells[column]->value;
+  if (isProbability(meaning)) {
+    return pValue(value);
   }
-  while (decimals < mostDecimals && fixed(cell->value, decimals) == fixed(other->value, decimals)) {
-    ++decimals;
+  if (isBound(meaning)) {
+    const Cell* other = row.cells[partners_[column]];
+    return bound(value, other != nullptr && other->state == State::Valid ? other->value : value);
   }
-  return decimals;
+  return isAmount(meaning) ? amount(value) : fixed(value, usualDecimals);
 }
 
 std::string CellPrinter::printCell(const Row& row, std::size_t column) const {
@@ -97,28 +170,23 @@ std::string CellPrinter::printCell(const Row& row, std::size_t column) const {
   if (cell->state == State::NotANumber) {
     return std::string(notANumber);
   }
-  const Meaning& meaning = meanings_[column];
-  std::string text;
-  if (cell->format == NumberFormat::Count) {
-    text = fmt::format("{:.0f}", cell->value);
-  } else if (cell->format == NumberFormat::SigDigit) {
-    text = embedded::output::shortest(cell->value);
-  } else if (isProbability(meaning)) {
-    text = pValue(cell->value);
-  } else {
-    text = fixed(cell->value, boundDecimals(row, column));
+  switch (cell->format) {
+    case NumberFormat::Count:
+      return fmt::format("{:.0f}", cell->value);
+    case NumberFormat::SigDigit:
+      return withDecimalPoint(embedded::output::shortest(cell->value), decimalPoint_);
+    case NumberFormat::GeneralStat:
+      return withDecimalPoint(printStatistic(row, column), decimalPoint_);
   }
-  text = withDecimalPoint(std::move(text), context_->decimalPoint);
-  return liesAtRangeEnd(*cell, meaning) ? text + std::string(atRangeEnd) : text;
+  return {};
 }
 
-std::vector<std::string> CellPrinter::print(const Row& row) const {
-  std::vector<std::string> texts;
-  texts.reserve(row.cells.size());
+void CellPrinter::print(const Row& row, std::vector<CellText>& texts) const {
+  texts.resize(row.cells.size());
   for (std::size_t c = 0; c < row.cells.size(); ++c) {
-    texts.push_back(printCell(row, c));
+    texts[c].text = printCell(row, c);
+    texts[c].isAtRangeEnd = row.cells[c] != nullptr && liesAtRangeEnd(*row.cells[c], meanings_[c]);
   }
-  return texts;
 }
 
 }  // namespace render

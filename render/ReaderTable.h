@@ -1,41 +1,95 @@
-// A table as a reader sees it: its title, header rows, row labels, texts and footnote marks, all in
-// one language. What every renderer for readers starts from.
+// A table as a reader sees it: its title, headers, row labels, texts and footnotes, all in one
+// language. What every renderer for readers starts from.
 #pragma once
 
 #include <string>
 #include <vector>
 
 #include "render/Grid.h"
+#include "render/Numbers.h"
 #include "render/Renderer.h"
 
 namespace render {
 
-// One shown cell.
-struct ReaderCell {
+// Footnotes as indices into those of the table.
+using NoteList = std::vector<std::size_t>;
+
+// A label of a row or column header.
+struct ReaderLabel {
   std::string text;
-  std::string marks;  // letters of its footnotes
+  NoteList notes;
 };
 
-// One shown row: the labels of the row's headers, outermost first, and its cells.
+// The header of a row dimension or split variable, over as many columns of row labels as its
+// deepest category needs.
+struct RowHead {
+  std::string text;
+  std::size_t width = 1;
+};
+
+// A column: its labels, outermost first, and how many of them it shares with the column before.
+struct ReaderColumn {
+  std::vector<ReaderLabel> labels;
+  std::size_t shared = 0;
+};
+
+// A shown cell. `cell` is null when nothing was ever written there.
+struct ReaderCell {
+  std::string text;
+  bool isAtRangeEnd = false;
+  NoteList notes;
+  const Cell* cell = nullptr;
+};
+
+// A row: its labels, outermost first, as many as the table's row heads are wide (those that a
+// shallow category does not need are empty), and how many of them it shares with the row before.
 struct ReaderRow {
-  std::vector<std::string> labels;
+  std::vector<ReaderLabel> labels;
+  std::size_t shared = 0;
   std::vector<ReaderCell> cells;
+  Index split = none;
 };
 
 struct ReaderTable {
   std::string title;
-  std::string split;                              // of a table of its own: "region = North"
-  std::vector<std::string> rowHeads;              // names of the row headers, outermost first
-  std::vector<std::vector<std::string>> columns;  // by column: labels, outermost first
-  std::vector<std::string> columnMarks;           // by column: letters of its own footnotes
+  std::string split;  // of a table of its own for a split group: "region = North"
+  std::vector<RowHead> rowHeads;
+  std::vector<ReaderColumn> columns;
+  std::vector<embedded::output::Meaning> meanings;  // by column
   std::vector<ReaderRow> rows;
-  std::vector<std::string> footnotes;  // in the order of their letters
-  std::vector<std::string> notes;      // what the module's description says of the rows
+  std::vector<std::string> footnotes;
+  std::vector<std::string> notes;  // what the module's description says of the table and its rows
+
+  std::size_t labelColumns() const;
 };
 
-// The n-th letter of a footnote: a, b, ..., z, aa, ab, ...
+// The letter of the n-th footnote: a, b, ..., z, aa, ab, ...
 std::string footnoteLetter(std::size_t n);
+// The letters of footnotes with commas between them.
+std::string footnoteMarks(const NoteList& notes);
 
+// The text of a cell with the mark of a bound at the end of its range, without footnotes.
+std::string markedText(const ReaderCell& cell);
+
+// The values of a split group as a reader sees them: "region = North, sex = F".
+std::string splitSentence(const Document& document, Index split,
+                          const embedded::output::Sentences& sentences);
+
+// Takes memory for the whole table. Refers to the table's cells, which must outlive the result.
 ReaderTable readerTable(const Document& document, const Table& table, const Context& context);
+
+// A header cell over the columns [begin, end) and the header lines [top, bottom].
+struct HeadCell {
+  std::size_t begin = 0;
+  std::size_t end = 0;
+  std::size_t top = 0;
+  std::size_t bottom = 0;
+  const ReaderLabel* label = nullptr;
+};
+
+// The header cells over the columns [begin, end), by their first line, each from left to right.
+// A column's own label reaches down to the last line; the labels above it span their columns.
+std::vector<std::vector<HeadCell>> headLines(const ReaderTable& table, std::size_t begin,
+                                             std::size_t end);
 
 }  // namespace render

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "embedded/data/IsoTime.h"
+#include "host/distributions/MCMV.h"
 
 namespace embedded::command {
 
@@ -26,6 +27,9 @@ std::optional<double> numericValue(const data::Variable& variable, std::string_v
   }
   if (!value) {
     value = data::numberOf(text, variable.kind);
+  }
+  if (value == MCMV::Missing) {
+    return std::nullopt;
   }
   if (value && variable.declaredNumbers) {
     const auto& declared = *variable.declaredNumbers;

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "embedded/command/Spot.h"
 #include "embedded/output/Document.h"
 
 namespace embedded::command {
@@ -76,9 +77,20 @@ inline constexpr CommandMessage openParenthesis{"Parenthesis open ...",
                                                 "The parenthesis that begins here has no end."};
 inline constexpr CommandMessage notInParentheses{"Parenthesis content ^1 ...",
                                                  "^1 cannot stand between parentheses."};
+inline constexpr CommandMessage emptyParentheses{"Parenthesis empty ...",
+                                                 "There is nothing between these parentheses."};
 inline constexpr CommandMessage badRange{
     "Range incomplete ...", "A range is written with the names of two variables: first..last."};
+inline constexpr CommandMessage subcommandMissing{"Subcommand missing ^1 ...",
+                                                  "The subcommand ^1 is missing."};
+// Not an error by itself.
+inline constexpr CommandMessage furtherMistakes{
+    "Command further mistakes ...",
+    "There are more mistakes in the command; only the first ones are told."};
 // Of validators.
+inline constexpr CommandMessage reservedWord{
+    "Variable name reserved ^1 ...",
+    "The word ^1 is reserved and cannot stand here; a variable of that name is written in quotes."};
 inline constexpr CommandMessage unknownVariable{"Variable unknown ^1 ...",
                                                 "There is no variable ^1 in the data."};
 inline constexpr CommandMessage notAVariable{
@@ -94,24 +106,33 @@ inline constexpr CommandMessage repeatedVariable{"Variable repeated ^1 ^2 ...",
 inline constexpr CommandMessage commonVariable{
     "Variable in common ^1 ^2 ^3 ...",
     "The variable ^1 stands both in ^2 and as ^3; it can be only one of them."};
+inline constexpr CommandMessage oneVariable{
+    "Variable one wanted ^1 ...",
+    "^1 stands for several variables or for none; one variable must stand here."};
+inline constexpr CommandMessage invalidValue{"Value invalid ^1 ^2 ...",
+                                             "^1 is not a valid value of ^2."};
 inline constexpr CommandMessage qualifierRefused{"Qualifier refused ^1 ...",
                                                  "(^1) cannot stand here."};
 
 inline constexpr std::array all{
-    badCharacter,    badEncoding,      openString,       badNumber,         afterEnd,
-    noCommand,       unknownCommand,   slashWanted,      unknownSubcommand, ambiguousName,
-    subcommandTwice, listWanted,       listRefused,      unknownParameter,  parameterTwice,
-    valueWanted,     oneValueWanted,   keywordWanted,    unknownKeyword,    numberWanted,
-    numberTooLow,    numberNotAbove,   numberTooHigh,    numberNotBelow,    bareKeyword,
-    openParenthesis, notInParentheses, badRange,         unknownVariable,   notAVariable,
-    backwardRange,   emptyList,        repeatedVariable, commonVariable,    qualifierRefused};
+    badCharacter,    badEncoding,      openString,      badNumber,         afterEnd,
+    noCommand,       unknownCommand,   slashWanted,     unknownSubcommand, ambiguousName,
+    subcommandTwice, listWanted,       listRefused,     unknownParameter,  parameterTwice,
+    valueWanted,     oneValueWanted,   keywordWanted,   unknownKeyword,    numberWanted,
+    numberTooLow,    numberNotAbove,   numberTooHigh,   numberNotBelow,    bareKeyword,
+    openParenthesis, notInParentheses, badRange,        emptyParentheses,  subcommandMissing,
+    furtherMistakes, reservedWord,     unknownVariable, notAVariable,      backwardRange,
+    emptyList,       repeatedVariable, commonVariable,  oneVariable,       invalidValue,
+    qualifierRefused};
 }  // namespace messages
 
-// Adds an error about the command to the session's document.
-void report(const CommandMessage& message, std::vector<output::TextPtr> arguments,
-            const output::Place& place, std::string nearest = {});
-// The same with plain texts as arguments.
+// The message at a place of the session's command. Arguments too long to be read are cut short.
+output::Message messageOf(const CommandMessage& message, const std::vector<std::string>& arguments,
+                          const Spot& where, std::string nearest = {});
+// Adds it to the session's document, as an error.
 void report(const CommandMessage& message, const std::vector<std::string>& arguments,
-            const output::Place& place, std::string nearest = {});
+            const Spot& where, std::string nearest = {});
+// The text as it can stand in a message.
+std::string shortened(std::string_view text);
 
 }  // namespace embedded::command

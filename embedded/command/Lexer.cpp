@@ -1,57 +1,83 @@
 #include "embedded/command/Lexer.h"
 
+#include <fmt/format.h>
 #include <unicode/uchar.h>
-#include <unicode/unistr.h>
 
 #include <charconv>
-#include <cmath>
 #include <utility>
+
+#include "host/distributions/MCMV.h"
 
 namespace embedded::command {
 
 namespace {
 
-constexpr UChar32 invalid = -1;
+constexpr std::size_t mostProblems = 20;
 
-bool isDigit(UChar32 c) {
+bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
-bool isBlank(UChar32 c) {
-  return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == ',';
+// Blanks as people type and paste them: also a byte order mark and other languages' blanks.
+bool isBlank(int c) {
+  return c == ',' || c == 0xFEFF || (c > 0 && u_isUWhiteSpace(c) != 0);
 }
-bool beginsWord(UChar32 c) {
+bool beginsWord(int c) {
   return c == '_' || c == '$' || (c > 0 && u_isalpha(c) != 0);
 }
-bool continuesWord(UChar32 c) {
-  return beginsWord(c) || isDigit(c) ||
-         (c > 127 && (u_isalnum(c) != 0 || u_charType(c) == U_NON_SPACING_MARK));
+bool continuesWord(int c) {
+  return beginsWord(c) || (c > 0 && (u_isdigit(c) != 0 || (U_GET_GC_MASK(c) & U_GC_M_MASK) != 0));
+}
+// Bytes that are no text at all: no UTF-8, and NUL.
+bool isNoText(int c) {
+  return c <= 0;
 }
 
-// The code point at `at` and its length in bytes; `invalid` and 1 for bytes that are no UTF-8.
-std::pair<UChar32, std::size_t> decode(std::string_view text, std::size_t at) {
-  const auto byte = [&](std::size_t i) {
-    return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U;
-  };
-  const unsigned first = byte(at);
-  if (first < 0x80) {
-    return {static_cast<UChar32>(first), 1};
+// Length in bytes of the digits at the front.
+std::size_t digitsLength(std::string_view text) {
+  std::size_t i = 0;
+  while (i < text.size() && isDigit(text[i])) {
+    ++i;
   }
-  const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : first >= 0xC2 ? 2 : 0;
-  if (length == 0 || first > 0xF4) {
-    return {invalid, 1};
+  return i;
+}
+
+std::size_t signLength(std::string_view text) {
+  return !text.empty() && (text.front() == '+' || text.front() == '-') ? 1 : 0;
+}
+
+bool beginsNumber(std::string_view text) {
+  text.remove_prefix(signLength(text));
+  if (text.starts_with('.')) {
+    text.remove_prefix(1);
   }
-  unsigned value = first & (0xFFU >> (length + 1));
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((byte(at + i) & 0xC0U) != 0x80U) {
-      return {invalid, 1};
-    }
-    value = value << 6U | (byte(at + i) & 0x3FU);
+  return !text.empty() && isDigit(text.front());
+}
+
+// Sign, digits, a point that is not the first of two, digits, an exponent.
+std::size_t numberLength(std::string_view text) {
+  std::size_t i = signLength(text);
+  i += digitsLength(text.substr(i));
+  if (text.substr(i).starts_with('.') && !text.substr(i).starts_with("..")) {
+    ++i;
+    i += digitsLength(text.substr(i));
   }
-  constexpr unsigned least[] = {0, 0, 0x80, 0x800, 0x10000};
-  const bool surrogate = value >= 0xD800 && value <= 0xDFFF;
-  return value < least[length] || value > 0x10FFFF || surrogate
-             ? std::pair{invalid, std::size_t{1}}
-             : std::pair{static_cast<UChar32>(value), length};
+  if (i < text.size() && (text[i] == 'e' || text[i] == 'E')) {
+    const std::size_t exponent = i + 1 + signLength(text.substr(i + 1));
+    const std::size_t digits = digitsLength(text.substr(exponent));
+    return digits == 0 ? i : exponent + digits;
+  }
+  return i;
+}
+
+// The number that the text is; false when no double can hold it. The most negative double is no
+// number: it stands for a missing one.
+bool readDouble(std::string_view text, double& number) {
+  if (text.front() == '+') {
+    text.remove_prefix(1);
+  }
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  number += 0.0;  // no negative zero
+  return error == std::errc() && end == text.data() + text.size() && number != MCMV::Missing;
 }
 
 class Reader {
@@ -59,50 +85,49 @@ class Reader {
   explicit Reader(std::string_view text) : text_(text) {}
 
   Lexed read() {
-    while (at_ < text_.size() && !ended_) {
+    while (!atEnd() && !ended_) {
       readOne();
     }
-    while (at_ < text_.size()) {
+    while (!atEnd()) {
       readAfterEnd();
     }
-    result_.end = place(1);
     return std::move(result_);
   }
 
  private:
-  UChar32 here() const { return decode(text_, at_).first; }
-  char byteAt(std::size_t offset) const {
-    return at_ + offset < text_.size() ? text_[at_ + offset] : '\0';
-  }
+  bool atEnd() const { return at_ == text_.size(); }
+  int here() const { return atEnd() ? 0 : characterAt(text_, at_).code; }
+  std::string_view rest() const { return text_.substr(at_); }
+  Spot spot() const { return {line_, column_, 1, lineStart_}; }
 
-  // Moves past one character.
+  // Moves past one character. A carriage return ends a line unless a line feed follows.
   void step() {
-    const auto [character, length] = decode(text_, at_);
-    at_ += length;
+    const Character character = characterAt(text_, at_);
+    at_ += character.bytes;
     ++column_;
-    if (character == '\n') {
+    if (character.code == '\n' || (character.code == '\r' && !rest().starts_with('\n'))) {
       ++line_;
       column_ = 1;
       lineStart_ = at_;
     }
   }
 
-  output::Place place(int length) const { return placeAt(line_, column_, lineStart_, length); }
-
-  output::Place placeAt(int line, int column, std::size_t lineStart, int length) const {
-    std::string_view rest = text_.substr(lineStart, maxLine);
-    rest = rest.substr(0, rest.find_first_of("\r\n"));
-    return {.line = line, .column = column, .length = length, .lineText = std::string(rest)};
+  // Moves past a character that may be anything, if it is text.
+  void stepOverText() {
+    if (isNoText(here())) {
+      refuseEncoding();
+    }
+    step();
   }
 
   void skipComment() {
-    while (at_ < text_.size() && text_[at_] != '\n') {
-      step();
+    while (!atEnd() && here() != '\n' && here() != '\r') {
+      stepOverText();
     }
   }
 
   void readOne() {
-    const UChar32 c = here();
+    const int c = here();
     if (isBlank(c)) {
       step();
     } else if (c == '#') {
@@ -112,7 +137,7 @@ class Reader {
       ended_ = true;
     } else if (c == '\'' || c == '"') {
       readQuoted();
-    } else if (beginsNumber()) {
+    } else if (beginsNumber(rest().substr(0, 3))) {
       readNumber();
     } else if (beginsWord(c)) {
       readWord();
@@ -122,151 +147,123 @@ class Reader {
   }
 
   void readAfterEnd() {
-    const UChar32 c = here();
+    const int c = here();
     if (c == '#') {
       skipComment();
       return;
     }
     if (!isBlank(c) && !toldAfterEnd_) {
-      problem(messages::afterEnd, {}, place(1));
+      problem(messages::afterEnd, {}, spot());
       toldAfterEnd_ = true;
     }
     step();
   }
 
-  bool beginsNumber() const {
-    std::size_t i = byteAt(0) == '+' || byteAt(0) == '-' ? 1 : 0;
-    if (byteAt(i) == '.') {
-      ++i;
-    }
-    return isDigit(byteAt(i));
-  }
-
-  // Digits, a point that is not the first of two, digits, an exponent.
-  std::size_t numberLength() const {
-    std::size_t i = byteAt(0) == '+' || byteAt(0) == '-' ? 1 : 0;
-    while (isDigit(byteAt(i))) {
-      ++i;
-    }
-    if (byteAt(i) == '.' && byteAt(i + 1) != '.') {
-      ++i;
-      while (isDigit(byteAt(i))) {
-        ++i;
-      }
-    }
-    if (byteAt(i) == 'e' || byteAt(i) == 'E') {
-      std::size_t exponent = i + 1;
-      exponent += byteAt(exponent) == '+' || byteAt(exponent) == '-' ? 1U : 0U;
-      if (isDigit(byteAt(exponent))) {
-        i = exponent;
-        while (isDigit(byteAt(i))) {
-          ++i;
-        }
-      }
-    }
-    return i;
+  // What touches a number belongs to it, so that 1a or 2020-01-01 is not taken apart.
+  bool touchesNumber() const {
+    return continuesWord(here()) || beginsNumber(rest().substr(0, 3)) ||
+           (here() == '.' && !rest().starts_with(".."));
   }
 
   void readNumber() {
-    const std::size_t length = numberLength();
-    const std::string_view text = text_.substr(at_, length);
-    const std::string_view digits = text.front() == '+' ? text.substr(1) : text;
-    Lexeme lexeme{LexKind::Number, std::string(text), 0.0, place(static_cast<int>(length))};
-    const auto [end, error] =
-        std::from_chars(digits.data(), digits.data() + digits.size(), lexeme.number);
-    for (std::size_t i = 0; i < length; ++i) {
-      step();
-    }
-    if (error != std::errc() || continuesWord(at_ < text_.size() ? here() : 0)) {
-      problem(messages::badNumber, {lexeme.text}, lexeme.place);
-      while (at_ < text_.size() && continuesWord(here())) {
+    const Spot start = spot();
+    const std::size_t begin = at_;
+    const auto passNumber = [&] {
+      for (const std::size_t end = at_ + numberLength(rest()); at_ < end;) {
         step();
       }
-      return;
+    };
+    passNumber();
+    bool valid = true;
+    while (touchesNumber()) {
+      valid = false;
+      beginsNumber(rest().substr(0, 3)) ? passNumber() : step();
     }
-    result_.lexemes.push_back(std::move(lexeme));
+    const std::string_view text = text_.substr(begin, at_ - begin);
+    double number = 0.0;
+    valid = valid && readDouble(text, number);
+    add(valid ? LexKind::Number : LexKind::Bad, std::string(text), start, number);
+    if (!valid) {
+      problem(messages::badNumber, {std::string(text)}, result_.lexemes.back().place);
+    }
   }
 
   void readWord() {
-    const output::Place start = place(1);
+    const Spot start = spot();
     const std::size_t begin = at_;
-    while (at_ < text_.size() && continuesWord(here())) {
+    while (continuesWord(here())) {
       step();
     }
     add(LexKind::Word, std::string(text_.substr(begin, at_ - begin)), start);
   }
 
   void readQuoted() {
-    const output::Place start = place(1);
+    const Spot start = spot();
     const char quote = text_[at_];
     std::string text;
     step();
-    while (at_ < text_.size()) {
-      if (text_[at_] == quote && byteAt(1) != quote) {
-        step();
-        add(LexKind::Quoted, std::move(text), start);
-        return;
-      }
+    while (!atEnd()) {
       if (text_[at_] == quote) {
         step();
-      }
-      if (here() == invalid || here() == 0) {
-        problem(messages::badEncoding, {}, place(1));
+        if (!rest().starts_with(quote)) {
+          add(LexKind::Quoted, std::move(text), start);
+          return;
+        }
       }
       const std::size_t begin = at_;
-      step();
+      stepOverText();
       text += text_.substr(begin, at_ - begin);
     }
     problem(messages::openString, {}, start);
+    add(LexKind::Bad, {}, start);
   }
 
-  void readSign(UChar32 c) {
-    const output::Place start = place(1);
-    if (c == '.' && byteAt(1) == '.') {
-      step();
-      step();
-      add(LexKind::Dots, "..", start);
-      return;
-    }
+  void readSign(int c) {
+    const Spot start = spot();
     const std::size_t begin = at_;
     step();
-    std::string text(text_.substr(begin, at_ - begin));
-    switch (c) {
-      case '/':
-        return add(LexKind::Slash, std::move(text), start);
-      case '=':
-        return add(LexKind::Equals, std::move(text), start);
-      case '(':
-        return add(LexKind::Open, std::move(text), start);
-      case ')':
-        return add(LexKind::Close, std::move(text), start);
-      case '*':
-        return add(LexKind::Star, std::move(text), start);
-      default:
-        break;
+    if (c == '.' && rest().starts_with('.')) {
+      step();
     }
-    if (c == invalid || c == 0) {
-      problem(messages::badEncoding, {}, start);
+    const std::string text(text_.substr(begin, at_ - begin));
+    constexpr std::pair<std::string_view, LexKind> signs[] = {
+        {"..", LexKind::Dots}, {"/", LexKind::Slash}, {"=", LexKind::Equals},
+        {"(", LexKind::Open},  {")", LexKind::Close}, {"*", LexKind::Star}};
+    for (const auto& [sign, kind] : signs) {
+      if (text == sign) {
+        add(kind, text, start);
+        return;
+      }
+    }
+    add(LexKind::Bad, text, start);
+    if (isNoText(c)) {
+      refuseEncoding(start);
     } else {
-      problem(messages::badCharacter, {text}, start);
+      const bool shown = u_isgraph(c) != 0;
+      problem(messages::badCharacter, {shown ? text : fmt::format("U+{:04X}", c)}, start);
     }
   }
 
   // Adds a lexeme that began at `start` and ends here.
-  void add(LexKind kind, std::string text, output::Place start) {
+  void add(LexKind kind, std::string text, Spot start, double number = 0.0) {
     start.length = start.line == line_ ? column_ - start.column : 1;
-    result_.lexemes.push_back({kind, std::move(text), 0.0, std::move(start)});
+    result_.lexemes.push_back({kind, std::move(text), number, start});
+    result_.end = spot();
   }
 
-  void problem(const CommandMessage& message, std::vector<std::string> arguments,
-               output::Place where) {
+  void problem(const CommandMessage& message, std::vector<std::string> arguments, Spot where) {
     if (result_.problems.size() < mostProblems) {
-      result_.problems.push_back({message, std::move(arguments), std::move(where)});
+      result_.problems.push_back({message, std::move(arguments), where});
     }
   }
 
-  static constexpr std::size_t maxLine = 400;  // of a line that is shown in a message
-  static constexpr std::size_t mostProblems = 20;
+  // Told once: where one byte is in another encoding, many are.
+  void refuseEncoding() { refuseEncoding(spot()); }
+  void refuseEncoding(const Spot& where) {
+    if (!std::exchange(toldEncoding_, true)) {
+      problem(messages::badEncoding, {}, where);
+    }
+  }
 
   std::string_view text_;
   std::size_t at_ = 0;
@@ -275,6 +272,7 @@ class Reader {
   int column_ = 1;
   bool ended_ = false;
   bool toldAfterEnd_ = false;
+  bool toldEncoding_ = false;
   Lexed result_;
 };
 

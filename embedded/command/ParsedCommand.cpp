@@ -13,7 +13,7 @@ namespace embedded::command {
 
 namespace {
 
-void focusOn(const output::Place& place) {
+void focusOn(const Spot& place) {
   Session::current().commandFocus = place;
 }
 

@@ -14,7 +14,7 @@ namespace embedded::command {
 class ParsedParam final : public ParamObj {
  public:
   std::string name;  // as declared
-  output::Place place;
+  Spot place;
   TokenList tokens;                   // of the value
   std::vector<std::string> keywords;  // whole and in capital letters
   std::unique_ptr<ParsedParam> qualifier;
@@ -32,7 +32,7 @@ class ParsedSubcommand final : public SubComObj {
  public:
   std::string name;     // as declared
   std::string written;  // as the user wrote it
-  output::Place place;
+  Spot place;
   std::unique_ptr<ParsedParam> list;
   std::vector<std::unique_ptr<ParsedParam>> parameters;
 

@@ -18,7 +18,8 @@ const TokenInfoObj::Impl& seen(const TokenInfoObj::Impl& token) {
 }  // namespace
 
 bool TokenInfoObj::IsReservedWord() const {
-  return seen(*impl_).code != TokenSequenceBase::NoOperator;
+  // Looking for reserved words passes over all the others: only what is found counts.
+  return impl_->code != TokenSequenceBase::NoOperator && seen(*impl_).code != 0;
 }
 
 TokenSequenceBase::OperatorCode TokenInfoObj::getOperatorCode() const {

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "embedded/output/Document.h"
+#include "embedded/command/Spot.h"
 #include "host/command/TokenInfoObj.h"
 
 namespace embedded::command {
@@ -16,7 +16,10 @@ struct TokenInfoObj::Impl {
   embedded::command::TokenKind kind = embedded::command::TokenKind::Word;
   TokenSequenceBase::OperatorCode code = TokenSequenceBase::NoOperator;
   std::string text;
-  std::string last;  // of a range: the name of its other end
+  // Of a range: the name of its other end, and the places of both names.
+  std::string last;
+  embedded::command::Spot firstPlace;
+  embedded::command::Spot lastPlace;
   double number = 0.0;
-  embedded::output::Place place;
+  embedded::command::Spot place;
 };

@@ -17,7 +17,6 @@ using embedded::command::LexKind;
 using embedded::command::namesOf;
 using embedded::command::ParsedParam;
 using embedded::command::ParsedSubcommand;
-using embedded::command::report;
 using embedded::command::ValueReader;
 namespace messages = embedded::command::messages;
 
@@ -25,8 +24,10 @@ struct KORA_TokenSequence::Impl {
   embedded::command::Lexed lexed;
 };
 
-KORA_TokenSequence::KORA_TokenSequence(bool /*current*/) : impl_(std::make_unique<Impl>()) {
-  impl_->lexed = embedded::command::lex(embedded::Session::current().commandText);
+KORA_TokenSequence::KORA_TokenSequence(bool current) : impl_(std::make_unique<Impl>()) {
+  if (current) {
+    impl_->lexed = embedded::command::lex(embedded::Session::current().commandText);
+  }
 }
 KORA_TokenSequence::~KORA_TokenSequence() = default;
 
@@ -38,7 +39,7 @@ class CommandReader {
                 CommandSpec::Impl& result)
       : cursor_(lexed), description_(description), result_(result) {}
 
-  // False when something was reported.
+  // False when the command is not as described; what is wrong has been reported then.
   bool read() {
     if (readCommandName()) {
       bool first = true;
@@ -48,6 +49,7 @@ class CommandReader {
       }
       requireSubcommands();
     }
+    cursor_.tell();
     return !cursor_.failed();
   }
 
@@ -70,13 +72,12 @@ class CommandReader {
     if (cursor_.is(LexKind::Slash)) {
       cursor_.take();
     } else if (!first) {
-      cursor_.fail(messages::slashWanted, {cursor_.here().text}, cursor_.place());
+      cursor_.fail(messages::slashWanted, {cursor_.text()}, cursor_.place());
       cursor_.skipSubcommand();
       return;
     }
     if (!cursor_.is(LexKind::Word)) {
-      cursor_.fail(messages::slashWanted, {cursor_.atEnd() ? "" : cursor_.here().text},
-                   cursor_.place());
+      cursor_.fail(messages::slashWanted, {cursor_.text()}, cursor_.place());
       cursor_.skipSubcommand();
       return;
     }
@@ -102,7 +103,7 @@ class CommandReader {
       }
     }
     readList(description, *subcommand);
-    while (!cursor_.atEnd() && !cursor_.is(LexKind::Slash)) {
+    while (!cursor_.atSubcommandEnd()) {
       readParameter(description, *subcommand);
     }
     result_.subcommands.push_back(std::move(subcommand));
@@ -110,9 +111,8 @@ class CommandReader {
 
   void readList(const SubComDescriptor::Impl& description, ParsedSubcommand& subcommand) {
     if (!description.hasList) {
-      if (!cursor_.atEnd() && !cursor_.is(LexKind::Slash) && !cursor_.atParameter()) {
-        cursor_.fail(messages::listRefused, {description.name, cursor_.here().text},
-                     cursor_.place());
+      if (!cursor_.atValueEnd()) {
+        cursor_.fail(messages::listRefused, {description.name, cursor_.text()}, cursor_.place());
         cursor_.skipValue();
       }
       return;
@@ -129,7 +129,7 @@ class CommandReader {
 
   void readParameter(const SubComDescriptor::Impl& description, ParsedSubcommand& subcommand) {
     if (!cursor_.atParameter()) {
-      cursor_.fail(messages::listRefused, {description.name, cursor_.here().text}, cursor_.place());
+      cursor_.fail(messages::listRefused, {description.name, cursor_.text()}, cursor_.place());
       cursor_.skipValue();
       return;
     }
@@ -157,7 +157,7 @@ class CommandReader {
         stands = stands || known->name == subcommand.impl().name;
       }
       if (!stands) {
-        cursor_.fail(messages::unknownSubcommand, {subcommand.impl().name}, cursor_.place());
+        cursor_.fail(messages::subcommandMissing, {subcommand.impl().name}, cursor_.place());
       }
     }
   }
@@ -182,12 +182,6 @@ UniversalParser::~UniversalParser() = default;
 
 int UniversalParser::getCommandSpecifications() {
   const auto& lexed = impl_->tokens.impl().lexed;
-  for (const auto& problem : lexed.problems) {
-    report(problem.message, problem.arguments, problem.place);
-  }
-  if (!lexed.problems.empty()) {
-    return 1;
-  }
   const bool read = CommandReader(lexed, impl_->description.impl(), impl_->result.impl()).read();
   if (!lexed.lexemes.empty()) {
     embedded::Session::current().commandFocus = lexed.lexemes.front().place;

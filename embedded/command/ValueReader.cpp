@@ -45,8 +45,9 @@ TokenKind kindOf(const Lexeme& lexeme) {
 }
 
 bool isValue(const Lexeme& lexeme) {
+  // What could not be read has been told, and may have been a value.
   return lexeme.kind == LexKind::Word || lexeme.kind == LexKind::Number ||
-         lexeme.kind == LexKind::Quoted;
+         lexeme.kind == LexKind::Quoted || lexeme.kind == LexKind::Bad;
 }
 
 bool isName(const Cursor& cursor, std::size_t ahead) {
@@ -72,7 +73,13 @@ void ValueReader::addListItem(TokenList& tokens) {
     auto range =
         std::make_shared<TokenInfoObj::Impl>(token(TokenKind::Range, cursor_.take()).impl());
     cursor_.take();
-    range->last = cursor_.take().text;
+    const Lexeme& last = cursor_.take();
+    range->last = last.text;
+    range->firstPlace = range->place;
+    range->lastPlace = last.place;
+    if (last.place.line == range->place.line) {
+      range->place.length = last.place.column + last.place.length - range->place.column;
+    }
     tokens.emplace_back(std::move(range));
     return;
   }
@@ -88,6 +95,9 @@ void ValueReader::addListItem(TokenList& tokens) {
 
 // Each value between parentheses is a qualifier of the list.
 void ValueReader::addQualifiers(TokenList& tokens) {
+  if (cursor_.is(LexKind::Close, 1)) {
+    cursor_.fail(messages::emptyParentheses, {}, cursor_.place());
+  }
   for (const TokenInfoObj& value : parenthesised()) {
     auto qualifier = std::make_shared<TokenInfoObj::Impl>(value.impl());
     qualifier->kind = TokenKind::Qualifier;
@@ -97,7 +107,7 @@ void ValueReader::addQualifiers(TokenList& tokens) {
 
 // Reads from the opening parenthesis to behind the closing one.
 TokenList ValueReader::parenthesised() {
-  const output::Place open = cursor_.take().place;
+  const Spot open = cursor_.take().place;
   TokenList tokens;
   while (!cursor_.atEnd() && !cursor_.is(LexKind::Slash)) {
     const Lexeme& lexeme = cursor_.take();
@@ -115,7 +125,7 @@ TokenList ValueReader::parenthesised() {
 }
 
 std::unique_ptr<ParsedParam> ValueReader::parameter(const ParamDescriptor::Impl& description,
-                                                    const output::Place& place) {
+                                                    const Spot& place) {
   auto result = std::make_unique<ParsedParam>();
   result->name = description.name;
   result->place = place;
@@ -210,9 +220,7 @@ void ValueReader::readQualified(const ParamDescriptor::Impl& description, Parsed
   const FoundName found = word.kind == LexKind::Word ? findName(names, word.text) : FoundName{};
   if (found.name.empty()) {
     cursor_.failName(messages::unknownKeyword, {word.text, description.name}, word, found, names);
-    if (!cursor_.atValueEnd()) {
-      cursor_.skipValue();
-    }
+    cursor_.skipValue();
     return;
   }
   const ParamDescriptor::Impl& qualifier = description.qualifiers[found.index].impl();

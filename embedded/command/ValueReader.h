@@ -16,7 +16,7 @@ class ValueReader {
   TokenList variableList();
   // The value of a parameter whose name and equals sign have been read.
   std::unique_ptr<ParsedParam> parameter(const ParamDescriptor::Impl& description,
-                                         const output::Place& place);
+                                         const Spot& place);
 
  private:
   void addListItem(TokenList& tokens);

@@ -13,9 +13,9 @@
 
 using embedded::Session;
 using embedded::command::CommandMessage;
+using embedded::command::Spot;
 using embedded::command::TokenKind;
 using embedded::data::Dictionary;
-using embedded::output::Place;
 namespace messages = embedded::command::messages;
 
 namespace {
@@ -26,6 +26,13 @@ const Dictionary& dictionary() {
 
 const std::string& nameOf(std::int32_t variable) {
   return dictionary().variables[static_cast<std::size_t>(variable)].name;
+}
+
+constexpr std::size_t mostRefusals = 20;  // of one list that are told
+constexpr std::size_t longestName = 200;  // in bytes, of a name that others are compared with
+
+std::string nearest(const std::string& name) {
+  return name.size() > longestName ? std::string() : dictionary().nearest(name);
 }
 
 // Variables that `*` does not stand for: the weight and what splits the data.
@@ -55,40 +62,41 @@ struct VarSpecObj::Impl {
   std::string subcommand;
   std::string parameter;
   std::vector<std::int32_t> variables;
-  std::vector<Place> places;  // of each variable, where it was named
+  std::vector<Spot> places;  // of each variable, where it was named
   TokenList qualifiers;
   bool allowsQualifiers = false;
   bool reports = true;
+  mutable std::size_t refusals = 0;  // since the validator was last given something to read
 
   // How messages name what this validator is for.
   std::string name() const { return parameter.empty() ? subcommand : subcommand + " " + parameter; }
 
   bool refuse(const CommandMessage& message, const std::vector<std::string>& arguments,
-              const Place& place, std::string nearest = {}) const {
-    if (reports) {
+              const Spot& place, std::string nearest = {}) const {
+    if (reports && refusals++ < mostRefusals) {
       embedded::command::report(message, arguments, place, std::move(nearest));
     }
     return false;
   }
 
-  void accept(std::int32_t variable, const Place& place) {
+  void accept(std::int32_t variable, const Spot& place) {
     variables.push_back(variable);
     places.push_back(place);
     Session::current().useColumn(variable);
   }
 
   // The index of a variable by name; negative, and reported, when there is none.
-  std::int32_t find(const std::string& name, const Place& place) const {
+  std::int32_t find(const std::string& name, const Spot& place) const {
     const std::int32_t found = dictionary().find(name);
     if (found < 0) {
-      refuse(messages::unknownVariable, {name}, place, dictionary().nearest(name));
+      refuse(messages::unknownVariable, {name}, place, nearest(name));
     }
     return found;
   }
 
   bool addRange(const TokenInfoObj::Impl& range) {
-    const std::int32_t first = find(range.text, range.place);
-    const std::int32_t last = find(range.last, range.place);
+    const std::int32_t first = find(range.text, range.firstPlace);
+    const std::int32_t last = find(range.last, range.lastPlace);
     if (first < 0 || last < 0) {
       return false;
     }
@@ -101,7 +109,7 @@ struct VarSpecObj::Impl {
     return true;
   }
 
-  void addAll(const Place& place) {
+  void addAll(const Spot& place) {
     for (std::int32_t i = 0; i < static_cast<std::int32_t>(dictionary().variables.size()); ++i) {
       if (!standsApart(i)) {
         accept(i, place);
@@ -120,14 +128,16 @@ struct VarSpecObj::Impl {
       case TokenKind::Number:
         return refuse(messages::notAVariable, {impl.text}, impl.place);
       case TokenKind::Qualifier:
-        qualifiers.push_back(token);
+        if (allowsQualifiers) {
+          qualifiers.push_back(token);
+        }
         return allowsQualifiers || refuse(messages::qualifierRefused, {impl.text}, impl.place);
       case TokenKind::Word:
       case TokenKind::Quoted:
         break;
     }
     if (impl.code != TokenSequenceBase::NoOperator) {
-      return refuse(messages::notAVariable, {impl.text}, impl.place);
+      return refuse(messages::reservedWord, {impl.text}, impl.place);
     }
     const std::int32_t found = find(impl.text, impl.place);
     if (found >= 0) {
@@ -159,9 +169,14 @@ bool VarSpecObj::SetVariables(std::span<const std::int32_t> variables,
                               UPSpecTypes::RepeatVarOptions repeats) {
   impl_->variables.clear();
   impl_->places.clear();
-  const Place nowhere;
+  const Spot nowhere;
   for (const std::int32_t variable : variables) {
-    impl_->accept(variable, nowhere);
+    impl_->variables.push_back(variable);
+    impl_->places.push_back(nowhere);
+    // Weights and split variables are read anyway, and are none that is analysed.
+    if (!standsApart(variable)) {
+      Session::current().useColumn(variable);
+    }
   }
   measureStrings();
   const std::size_t repeat = impl_->firstRepeat();
@@ -181,19 +196,24 @@ bool VarSpecObj::ValidateVariables(const TokenList& tokens, UPSpecTypes::RepeatV
   impl_->variables.clear();
   impl_->places.clear();
   impl_->qualifiers.clear();
+  impl_->refusals = 0;
   bool valid = true;
   for (const TokenInfoObj& token : tokens) {
-    // A qualifier ends the list.
+    // Qualifiers end the list.
     if (!impl_->qualifiers.empty() && token.impl().kind != TokenKind::Qualifier) {
-      valid = impl_->refuse(messages::notAVariable, {token.impl().text}, token.impl().place);
-    } else {
-      valid = impl_->add(token) && valid;
+      const TokenInfoObj::Impl& qualifier = impl_->qualifiers.back().impl();
+      valid = impl_->refuse(messages::qualifierRefused, {qualifier.text}, qualifier.place);
+      break;
+    }
+    valid = impl_->add(token) && valid;
+    if (impl_->refusals >= mostRefusals) {
+      break;
     }
   }
   measureStrings();
   auto& focus = Session::current().commandFocus;
   if (valid && impl_->variables.empty()) {
-    return impl_->refuse(messages::emptyList, {impl_->name()}, focus.value_or(Place{}));
+    return impl_->refuse(messages::emptyList, {impl_->name()}, focus.value_or(Spot{}));
   }
   // What is said of repeats belongs to the repeated name.
   if (const std::size_t repeat = impl_->firstRepeat(); repeat < impl_->variables.size()) {
@@ -209,8 +229,14 @@ bool VarSpecObj::ValidateVariables(const TokenList& tokens, UPSpecTypes::RepeatV
 }
 
 std::int32_t VarSpecObj::ValidateVariable(const TokenInfoObj& token) {
-  const bool valid = ValidateVariables({token}, UPSpecTypes::RepeatRefused);
-  return valid && impl_->variables.size() == 1 ? impl_->variables.front() : -1;
+  if (!ValidateVariables({token}, UPSpecTypes::RepeatRefused)) {
+    return -1;
+  }
+  if (impl_->variables.size() != 1) {
+    impl_->refuse(messages::oneVariable, {token.impl().text}, token.impl().place);
+    return -1;
+  }
+  return impl_->variables.front();
 }
 
 bool VarSpecObj::CheckCommonVars(const VarSpecObj& other) {
@@ -235,6 +261,9 @@ void VarSpecObj::SetAllowQualifiers(bool allowed) {
 }
 
 TokenList VarSpecObj::GetQualTokenList() const {
+  if (!impl_->qualifiers.empty()) {
+    Session::current().commandFocus = impl_->qualifiers.back().impl().place;
+  }
   return impl_->qualifiers;
 }
 
@@ -249,5 +278,7 @@ bool VarSpecObj::ValidateCatValue(std::string_view text, OwnedOBS& value, KORA_F
   const auto& variable = dictionary().variables[static_cast<std::size_t>(impl_->variables.front())];
   value = embedded::command::categoryValue(variable, text);
   format = variable.format;
-  return value != nullptr;
+  return value != nullptr ||
+         impl_->refuse(messages::invalidValue, {std::string(text), variable.name},
+                       Session::current().commandFocus.value_or(Spot{}));
 }

@@ -38,9 +38,9 @@ class CaseStream {
   virtual bool next(CaseBlock& block) = 0;
 };
 
-// The cases of a run. Every stream that it opens delivers the same cases in the same order.
 struct Dictionary;
 
+// The cases of a run. Every stream that it opens delivers the same cases in the same order.
 class CaseSource {
  public:
   virtual ~CaseSource() = default;

@@ -272,9 +272,13 @@ void takeWeight(Dictionary& dictionary, int index) {
 
 std::vector<std::string> nullTextsOf(const Schema& schema) {
   std::vector<std::string> texts;
+  const auto hasValue = [](const std::string& text) {
+    return numberOf(text, ValueKind::Number) || numberOf(text, ValueKind::Boolean) ||
+           numberOf(text, ValueKind::Time) || numberOf(text, ValueKind::Timestamp);
+  };
   const auto add = [&](const std::vector<SchemaValue>& values) {
     for (const SchemaValue& value : values)
-      if (!numberOf(value.text, ValueKind::Number)) texts.push_back(value.text);
+      if (!hasValue(value.text)) texts.push_back(value.text);
   };
   add(schema.missingValues);
   for (const SchemaField& field : schema.fields)

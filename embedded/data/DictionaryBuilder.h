@@ -14,8 +14,8 @@ struct DictionaryPlan {
   std::vector<ColumnRead> reads;  // of each variable, in its order; widths as far as known
 };
 
-// Texts that the schema calls missing everywhere and that are no numbers: they must not turn a
-// column of numbers into one of strings when a file's types are guessed.
+// Texts that the schema calls missing and that are no numbers, dates or times: they must not turn
+// a column of such values into one of strings when a file's types are guessed.
 std::vector<std::string> nullTextsOf(const Schema& schema);
 
 // Error(Data) where the schema does not fit: an unknown field (with the nearest name), a field

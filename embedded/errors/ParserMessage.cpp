@@ -23,8 +23,11 @@ void issue(Severity severity, std::string_view identifier,
   }
   Message message;
   message.severity = severity;
-  message.text = Text::composite(std::string(identifier), std::move(arguments));
-  message.where = session.commandFocus;
+  message.text = texts.size() == 0 ? Text::string(std::string(identifier))
+                                   : Text::composite(std::string(identifier), std::move(arguments));
+  if (session.commandFocus) {
+    message.where = embedded::command::placeOf(*session.commandFocus, session.commandText);
+  }
   session.document.messages.push_back(std::move(message));
 }
 

@@ -66,6 +66,8 @@ struct Description {
   std::string title;
   std::string library;            // file name of the module
   std::string diagnosticLibrary;  // of its diagnostic build; empty when there is none
+  // By the name that a user gives: the flag that the diagnostic build exports.
+  std::map<std::string, std::string, std::less<>> diagnosticFlags;
   std::string entry;
   std::string attach;
   std::string catalogue;

@@ -111,6 +111,10 @@ std::string fillTemplate(std::string_view pattern, std::span<const TextPtr> argu
         const Text& argument = *arguments[list->argument - 1];
         out += argument.kind == Text::Kind::List ? printList(*list, argument.items, print)
                                                  : print(argument);
+      } else if (list) {
+        out += pattern.substr(i, list->length);
+      }
+      if (list) {
         i += list->length;
         continue;
       }

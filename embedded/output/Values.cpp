@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <limits>
@@ -30,8 +31,10 @@ std::string clockText(double seconds) {
   const double whole = std::floor(seconds);
   const auto total = static_cast<long long>(whole);
   std::string out = fmt::format("{:02}:{:02}:{:02}", total / 3600, total / 60 % 60, total % 60);
-  if (seconds != whole) {
-    std::string fraction = fmt::format("{:.6f}", seconds - whole).substr(1);
+  // Microseconds, never rounded up to the next second.
+  const long long micro = std::min(std::llround((seconds - whole) * 1e6), 999'999LL);
+  if (micro > 0) {
+    std::string fraction = fmt::format(".{:06}", micro);
     fraction.erase(fraction.find_last_not_of('0') + 1);
     out += fraction;
   }

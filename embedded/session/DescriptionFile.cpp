@@ -95,6 +95,11 @@ Description descriptionOf(const Json& json) {
   description.title = json.at("title");
   description.library = json.at("library");
   description.diagnosticLibrary = text(json, "diagnosticLibrary");
+  if (const auto flags = json.find("diagnosticFlags"); flags != json.end()) {
+    for (const auto& [name, symbol] : flags->items()) {
+      description.diagnosticFlags[name] = symbol;
+    }
+  }
   description.entry = json.at("entry");
   description.attach = json.at("attach");
   description.catalogue = text(json, "catalogue");

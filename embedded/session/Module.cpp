@@ -47,8 +47,12 @@ Module Module::load(const std::string& descriptionFile, bool diagnostic) {
   return module;
 }
 
-void Module::setFlag(const std::string& name, bool value) const {
-  *symbol<bool*>(library_.get(), name) = value;
+void Module::switchOn(const std::string& flag) const {
+  const auto found = description_.diagnosticFlags.find(flag);
+  if (found == description_.diagnosticFlags.end()) {
+    throw Error(ErrorKind::Usage, "No diagnostic flag ^1 ...", {flag});
+  }
+  *symbol<bool*>(library_.get(), found->second) = true;
 }
 
 }  // namespace embedded

@@ -22,8 +22,9 @@ class Module {
   const output::Description& description() const { return description_; }
   // Carries out the command of the current session.
   void call() const { entry_(); }
-  // Sets a flag that a diagnostic build exports. Throws Error(Usage) when it has no such flag.
-  void setFlag(const std::string& name, bool value) const;
+  // Switches a diagnostic flag on, by the name that the description gives it. Throws Error(Usage)
+  // when this is no diagnostic build, or it has no such flag.
+  void switchOn(const std::string& flag) const;
 
  private:
   Module() = default;

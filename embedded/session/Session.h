@@ -14,6 +14,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "embedded/command/Spot.h"
 #include "embedded/data/CaseSource.h"
 #include "embedded/data/Dictionary.h"
 #include "embedded/output/Document.h"
@@ -45,7 +46,7 @@ struct Session {
   bool accepted = false;     // the procedure went on after its parse: it wrote its notes
 
   // The place in the command that the procedure looked at last: where its messages belong.
-  std::optional<output::Place> commandFocus;
+  std::optional<command::Spot> commandFocus;
 
   // The iterator that gave the last case, set by the iterators; split values are read from it.
   const KORA_InputCaseIterator* currentCases = nullptr;

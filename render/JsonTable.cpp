@@ -1,0 +1,178 @@
+#include "render/JsonTable.h"
+
+#include "render/Footnotes.h"
+#include "render/Grid.h"
+#include "render/NodeTexts.h"
+#include "render/Numbers.h"
+
+namespace render {
+
+namespace {
+
+using embedded::output::NumberFormat;
+using embedded::output::State;
+
+std::string_view nameOf(Axis axis) {
+  switch (axis) {
+    case Axis::Row:
+      return "row";
+    case Axis::Column:
+      return "column";
+    case Axis::Layer:
+      return "layer";
+  }
+  return {};
+}
+
+std::string_view nameOf(State state) {
+  switch (state) {
+    case State::Valid:
+      return "valid";
+    case State::Missing:
+      return "missing";
+    case State::NotANumber:
+      return "nan";
+  }
+  return {};
+}
+
+std::string_view nameOf(NumberFormat format) {
+  switch (format) {
+    case NumberFormat::Count:
+      return "count";
+    case NumberFormat::GeneralStat:
+      return "general";
+    case NumberFormat::SigDigit:
+      return "digits";
+  }
+  return {};
+}
+
+class JsonTable {
+ public:
+  JsonTable(const Document& document, const Table& table, const Context& context,
+            std::string& block)
+      : document_(document),
+        context_(context),
+        table_(table),
+        grid_(table),
+        printer_(grid_, context),
+        paths_(table, [this](const Dimension& d, Index node) { return pathText(d, node); }),
+        footnotes_(table, ",", [this](const embedded::output::Text& t) { return labelText(t); }),
+        block_(block) {}
+
+  void write(const std::function<void()>& flush) {
+    const bool split = table_.splitRows || table_.split != none;
+    block_ += "{\"title\":" + labelText(*table_.title);
+    block_ += ",\"dimensions\":" + jsonText(dimensions());
+    block_ += ",\"split\":" + jsonText(split ? jsonSplitNames(document_) : Json::array());
+    block_ += ",\"cells\":[";
+    grid_.forEachRow([&](const Row& row) {
+      addRow(row);
+      flush();
+    });
+    block_ += "]}";
+  }
+
+ private:
+  std::string labelText(const embedded::output::Text& text) const {
+    return jsonText(jsonLabel(text, *context_.sentences));
+  }
+
+  std::string pathText(const Dimension& dimension, Index node) const {
+    std::string out = "[";
+    for (const Index step : pathOf(dimension, node)) {
+      out += out.size() == 1 ? "" : ",";
+      out += labelText(*dimension.nodes[step].label);
+    }
+    return out + "]";
+  }
+
+  Json dimensions() const {
+    Json list = Json::array();
+    for (const Dimension& dimension : table_.dimensions) {
+      list.push_back({{"axis", nameOf(dimension.axis)},
+                      {"label", jsonLabel(*dimension.label, *context_.sentences)}});
+    }
+    return list;
+  }
+
+  void addRow(const Row& row) {
+    if (splitText_.empty() || row.split != split_) {
+      split_ = row.split;
+      splitText_ =
+          split_ == none ? "[]" : jsonText(jsonSplitValues(document_, split_, *context_.sentences));
+    }
+    printer_.print(row, texts_);
+    for (std::size_t c = 0; c < row.cells.size(); ++c) {
+      if (row.cells[c] != nullptr) {
+        addCell(*row.cells[c], texts_[c].text);
+      }
+    }
+  }
+
+  void addCell(const Cell& cell, const std::string& shown) {
+    block_ += first_ ? "\n{\"path\":[" : ",\n{\"path\":[";
+    first_ = false;
+    for (std::size_t d = 0; d < table_.dimensions.size(); ++d) {
+      block_ += d == 0 ? "" : ",";
+      block_ += paths_.of(d, cell.at[d]);
+    }
+    block_ += "],\"split\":";
+    block_ += splitText_;
+    block_ += ",\"value\":";
+    block_ += cell.state == State::Valid ? jsonNumber(cell.value) : "null";
+    block_ += ",\"state\":\"";
+    block_ += nameOf(cell.state);
+    block_ += "\",\"text\":\"";
+    block_ += shown;
+    block_ += "\",\"format\":\"";
+    block_ += nameOf(cell.format);
+    block_ += "\",\"footnotes\":[";
+    block_ += footnotes_.of(cell);
+    block_ += "]}";
+  }
+
+  const Document& document_;
+  const Context& context_;
+  const Table& table_;
+  Grid grid_;
+  CellPrinter printer_;
+  NodeTexts paths_;
+  Footnotes footnotes_;
+  std::string& block_;
+  std::vector<CellText> texts_;
+  std::string splitText_;
+  Index split_ = none;
+  bool first_ = true;
+};
+
+}  // namespace
+
+Json jsonSplitNames(const Document& document) {
+  Json names = Json::array();
+  for (const auto& variable : document.data.splits) {
+    names.push_back(variable->name);
+  }
+  return names;
+}
+
+Json jsonSplitValues(const Document& document, Index split,
+                     const embedded::output::Sentences& sentences) {
+  if (split == none) {
+    return nullptr;
+  }
+  Json values = Json::array();
+  for (const TextPtr& value : document.splits[split].values) {
+    values.push_back(
+        {{"value", jsonValue(*value)}, {"text", embedded::output::readerText(*value, sentences)}});
+  }
+  return values;
+}
+
+void writeJsonTable(const Document& document, const Table& table, const Context& context,
+                    std::string& block, const std::function<void()>& flush) {
+  JsonTable(document, table, context, block).write(flush);
+}
+
+}  // namespace render

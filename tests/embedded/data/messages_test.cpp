@@ -1,0 +1,31 @@
+// The catalogue has every message of the data side, in the words that stand beside the code.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <set>
+#include <sstream>
+
+#include "embedded/data/DataMessages.h"
+
+namespace embedded::data {
+namespace {
+
+TEST(DataMessages, StandInTheEnglishCatalogue) {
+  std::ifstream file(PROJECT_ROOT "/embedded/messages/po/en.po");
+  std::ostringstream text;
+  text << file.rdbuf();
+  const std::string catalogue = text.str();
+  for (const DataMessage& message : messages::all) {
+    std::string entry("msgid \"");
+    entry.append(message.id).append("\"\nmsgstr \"").append(message.english).append("\"\n");
+    EXPECT_NE(catalogue.find(entry), std::string::npos) << message.id;
+  }
+}
+
+TEST(DataMessages, HaveIdentifiersOfTheirOwn) {
+  std::set<std::string_view> seen;
+  for (const DataMessage& message : messages::all) EXPECT_TRUE(seen.insert(message.id).second);
+}
+
+}  // namespace
+}  // namespace embedded::data

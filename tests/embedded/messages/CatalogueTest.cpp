@@ -1,0 +1,169 @@
+// The catalogue: every identifier has a sentence that its arguments can fill.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <set>
+#include <string>
+
+#include "embedded/command/CommandMessages.h"
+#include "embedded/data/DataMessages.h"
+#include "embedded/messages/Catalogue.h"
+#include "embedded/output/Template.h"
+#include "embedded/output/Values.h"
+#include "statistics/Methods.h"
+
+namespace embedded::messages {
+
+namespace {
+
+const Catalogue& english() {
+  return Catalogue::forLanguage("en");
+}
+
+bool knows(std::string_view identifier) {
+  const auto all = english().identifiers();
+  return std::binary_search(all.begin(), all.end(), identifier);
+}
+
+// The placeholders of a pattern, outside and inside of lists: {"^1", "[2"}.
+std::set<std::string> placeholders(const std::string& pattern) {
+  std::set<std::string> found;
+  static const std::regex lists(R"(\[[^\[\]]*:[^\[\]]*:\](\d+))");
+  for (std::sregex_iterator i(pattern.begin(), pattern.end(), lists), end; i != end; ++i) {
+    found.insert("[" + (*i)[1].str());
+  }
+  const std::string rest = std::regex_replace(pattern, lists, "");
+  static const std::regex plain(R"(\^(\d+))");
+  for (std::sregex_iterator i(rest.begin(), rest.end(), plain), end; i != end; ++i) {
+    found.insert("^" + (*i)[1].str());
+  }
+  return found;
+}
+
+std::string contentOf(const std::filesystem::path& path) {
+  std::ifstream file(path);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// The texts between double quotes of all sources of a folder that match.
+std::set<std::string> literals(const std::string& folder, const std::regex& wanted) {
+  std::set<std::string> found;
+  static const std::regex literal(R"re("((?:[^"\\\n]|\\.)*)")re");
+  for (const auto& entry :
+       std::filesystem::recursive_directory_iterator(std::string(PROJECT_ROOT) + "/" + folder)) {
+    if (entry.path().extension() != ".cpp" && entry.path().extension() != ".h") {
+      continue;
+    }
+    const std::string source = contentOf(entry.path());
+    for (std::sregex_iterator i(source.begin(), source.end(), literal), end; i != end; ++i) {
+      if (std::regex_match((*i)[1].str(), wanted)) {
+        found.insert((*i)[1].str());
+      }
+    }
+  }
+  return found;
+}
+
+TEST(Catalogue, GivesTheSentenceOfAnIdentifier) {
+  EXPECT_EQ(english().sentence("Missing BY ..."),
+            "The keyword BY with the grouping variable is missing.");
+}
+
+TEST(Catalogue, GivesTheIdentifierWhereItHasNoSentence) {
+  EXPECT_EQ(english().sentence("No such identifier"), "No such identifier");
+  EXPECT_EQ(english().sentence(""), "");
+}
+
+TEST(Catalogue, FallsBackToTheLanguageAloneAndThenToEnglish) {
+  for (const char* tag : {"en-GB", "EN", "en_US.UTF-8", "xx-YY", "", "-", "C"}) {
+    EXPECT_EQ(Catalogue::forLanguage(tag).language(), "en") << tag;
+  }
+}
+
+TEST(Catalogue, HoldsEveryIdentifierOfTheModule) {
+  const std::regex identifier(R"([A-Z].* \.\.\.)");
+  const auto found = literals("backend/proportions", identifier);
+  EXPECT_GT(found.size(), 40U);
+  for (const std::string& id : found) {
+    EXPECT_TRUE(knows(id)) << id;
+  }
+}
+
+TEST(Catalogue, HoldsEveryIdentifierOfTheHostAndTheProgram) {
+  const std::regex identifier(R"([A-Z].* \.\.\.)");
+  for (const char* folder : {"embedded", "cli", "render"}) {
+    for (const std::string& id : literals(folder, identifier)) {
+      EXPECT_TRUE(knows(id)) << folder << ": " << id;
+    }
+  }
+}
+
+TEST(Catalogue, HoldsWhatInterfaceOperationsStandFor) {
+  for (const char* id : {"NoSubCom", "ParamExclAnyOther", "NoTableRequested", "VariableNotNumeric",
+                         "NoValidCases", "NoValidCasesSplit"}) {
+    EXPECT_TRUE(knows(id)) << id;
+  }
+}
+
+TEST(Catalogue, HoldsTheLabelOfEveryMethod) {
+  using statistics::Design;
+  using statistics::MethodKind;
+  for (const Design design : {Design::OneSample, Design::Paired, Design::Independent}) {
+    for (const MethodKind kind : {MethodKind::Test, MethodKind::Interval}) {
+      for (const auto& method : statistics::methodsOf(design, kind)) {
+        EXPECT_TRUE(knows(method.label)) << method.label;
+        EXPECT_TRUE(method.variant.empty() || knows(method.variant)) << method.variant;
+      }
+    }
+  }
+}
+
+TEST(Catalogue, HoldsTheHostsOwnSentencesOfCommandsAndData) {
+  for (const auto& message : command::messages::all) {
+    EXPECT_EQ(english().sentence(message.id), message.english);
+  }
+  for (const auto& message : data::messages::all) {
+    EXPECT_EQ(english().sentence(message.id), message.english);
+  }
+}
+
+// The arguments of an identifier are those that it names; operations of the interface that are no
+// templates have theirs fixed.
+TEST(Catalogue, KeepsThePlaceholdersOfEveryIdentifier) {
+  for (const std::string_view identifier : english().identifiers()) {
+    if (identifier == "ParamExclAnyOther" || identifier == "VariableNotNumeric") {
+      continue;
+    }
+    const std::string id(identifier);
+    const std::string sentence(english().sentence(id));
+    const auto allowed = placeholders(id);
+    const auto used = placeholders(sentence);
+    EXPECT_TRUE(std::ranges::includes(allowed, used)) << id << " -> " << sentence;
+  }
+}
+
+TEST(Catalogue, WritesSentencesInFull) {
+  for (const std::string_view identifier : english().identifiers()) {
+    const std::string_view sentence = english().sentence(identifier);
+    EXPECT_FALSE(sentence.empty()) << identifier;
+    EXPECT_FALSE(sentence.ends_with(" ...")) << identifier;
+  }
+}
+
+TEST(Catalogue, FillsListsOfSplitValues) {
+  const auto region =
+      std::make_shared<output::VariableInfo>(output::VariableInfo{.name = "region"});
+  const auto text = output::Text::composite(
+      "Not enough valid cases for split [%1 = %2:,^1 = ^2:]1 ...",
+      {output::Text::list({output::Text::ofVariable(region),
+                           output::Text::ofValue(region, std::string("North"), false)})});
+  EXPECT_NE(output::readerText(*text, english()).find("region = North"), std::string::npos);
+}
+
+}  // namespace
+
+}  // namespace embedded::messages

@@ -1,0 +1,94 @@
+// Text for a terminal, held against approved outputs.
+#include <gtest/gtest.h>
+
+#include "Baselines.h"
+#include "render/Columns.h"
+
+namespace {
+
+using samples::context;
+using samples::expectBaseline;
+using samples::rendered;
+
+std::size_t widestLine(const std::string& text) {
+  std::size_t widest = 0;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t end = text.find('\n', at);
+    widest = std::max(widest, render::columnsOf(std::string_view(text).substr(at, end - at)));
+    at = end + 1;
+  }
+  return widest;
+}
+
+TEST(Text, ShowsStatesBoundsProbabilitiesAndFootnotes) {
+  expectBaseline("one-sample.txt", rendered(samples::oneSample(), "text"));
+}
+
+TEST(Text, PutsSplitGroupsBeforeTheRows) {
+  expectBaseline("split-rows.txt", rendered(samples::splitRows(), "text"));
+}
+
+TEST(Text, NamesTheSplitGroupOfATableOfItsOwn) {
+  expectBaseline("split-tables.txt", rendered(samples::splitTables(), "text"));
+}
+
+TEST(Text, NestsGroupsOfRowsAndLeavesEmptyTablesOut) {
+  expectBaseline("pairs.txt", rendered(samples::pairs(), "text"));
+}
+
+TEST(Text, SplitsWideTablesByColumnsAndRepeatsRowLabels) {
+  const std::string text = rendered(samples::wide(), "text", context(80));
+  EXPECT_LE(widestLine(text), 80U);
+  expectBaseline("wide.txt", text);
+}
+
+TEST(Text, KeepsTheLinesOfTheCommandAndPointsAtThePlace) {
+  expectBaseline("refused.txt", rendered(samples::refused(), "text"));
+}
+
+TEST(Text, CountsWideCharactersAsTwoColumns) {
+  expectBaseline("east-asian.txt", rendered(samples::eastAsian(), "text"));
+}
+
+TEST(Text, DoesNotLetLabelsSteerTheTerminal) {
+  const std::string text = rendered(samples::hostile(), "text");
+  EXPECT_EQ(text.find('\x1b'), std::string::npos);
+  expectBaseline("hostile.txt", text);
+}
+
+TEST(Text, ColoursHeadingsAndNotesWhenAsked) {
+  render::Context with = context();
+  with.colour = true;
+  const std::string text = rendered(samples::oneSample(), "text", with);
+  EXPECT_NE(text.find("\x1b[1mProportions\x1b[0m\n"), std::string::npos);
+  EXPECT_NE(text.find("\x1b[33mwarning:\x1b[0m"), std::string::npos);
+  std::string bare = text;
+  for (std::size_t at = 0; (at = bare.find('\x1b')) != std::string::npos;) {
+    bare.erase(at, bare.find('m', at) + 1 - at);
+  }
+  EXPECT_EQ(bare, rendered(samples::oneSample(), "text"));
+}
+
+TEST(Text, WritesTheDecimalMarkOfTheReader) {
+  render::Context with = context();
+  with.decimalPoint = ",";
+  const std::string text = rendered(samples::oneSample(), "text", with);
+  EXPECT_NE(text.find("<,001"), std::string::npos);
+  EXPECT_NE(text.find("0,350"), std::string::npos);
+  EXPECT_EQ(text.find("0.350"), std::string::npos);
+}
+
+TEST(Text, FitsEveryLineWidthFromFortyColumns) {
+  for (int width = 40; width <= 200; width += 20) {
+    for (const auto& document : {samples::wide(), samples::splitTables(), samples::pairs()}) {
+      EXPECT_LE(widestLine(rendered(document, "text", context(width))),
+                static_cast<std::size_t>(width));
+    }
+  }
+}
+
+TEST(Text, SaysNothingOfADocumentWithoutAnything) {
+  EXPECT_EQ(rendered(samples::Document(), "text"), "");
+}
+
+}  // namespace
