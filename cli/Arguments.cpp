@@ -6,6 +6,7 @@
 #include <map>
 
 #include "embedded/errors/Error.h"
+#include "embedded/output/Values.h"
 #include "render/Renderer.h"
 
 namespace cli {
@@ -16,6 +17,7 @@ using embedded::Error;
 using embedded::ErrorKind;
 using embedded::SplitLayout;
 
+constexpr std::uint32_t mostSamples = 10'000'000;
 constexpr int wrongUsage = embedded::exitStatus(ErrorKind::Usage);
 
 std::vector<std::string> formatNames() {
@@ -54,6 +56,25 @@ void addData(CLI::App& app, Arguments& arguments) {
       ->type_name("SIZE");
 }
 
+void addBootstrap(CLI::App& app, BootstrapOptions& options) {
+  static const std::map<std::string, embedded::output::BootstrapInterval> intervals{
+      {"percentile", embedded::output::BootstrapInterval::Percentile},
+      {"bca", embedded::output::BootstrapInterval::Bca}};
+  auto* samples = app.add_option("--bootstrap", options.samples, "Bootstrap samples to draw")
+                      ->check(CLI::Range(1U, mostSamples))
+                      ->type_name("N");
+  app.add_option("--seed", options.bootstrap.seed, "Seed of the samples")
+      ->needs(samples)
+      ->type_name("S");
+  app.add_option("--bootstrap-interval", options.bootstrap.interval, "Kind of bootstrap interval")
+      ->transform(CLI::CheckedTransformer(intervals, CLI::ignore_case))
+      ->needs(samples)
+      ->type_name("percentile|bca");
+  app.add_option("--bootstrap-level", options.bootstrap.level, "Its level in percent")
+      ->needs(samples)
+      ->type_name("L");
+}
+
 void addRun(CLI::App& app, Arguments& arguments) {
   static const std::map<std::string, SplitLayout> layouts{{"rows", SplitLayout::Rows},
                                                           {"tables", SplitLayout::Tables}};
@@ -74,6 +95,7 @@ void addRun(CLI::App& app, Arguments& arguments) {
       ->type_name("FLAG,...");
   app.add_option("--diagnostics-file", arguments.diagnostics.path, "Where the dumps go")
       ->type_name("FILE");
+  addBootstrap(app, arguments.bootstrap);
   addOutput(app, arguments.output);
 }
 
@@ -103,6 +125,15 @@ std::string readFile(const std::string& path) {
 void complete(Arguments& arguments) {
   if (arguments.action != Arguments::Action::Run) {
     return;
+  }
+  if (arguments.bootstrap.samples > 0) {
+    const auto& level = arguments.bootstrap.bootstrap.level;
+    if (level && !(*level > 0.0 && *level < 100.0)) {
+      throw Error(ErrorKind::Usage, "Bootstrap level out of range ^1 ...",
+                  {embedded::output::shortest(*level)});
+    }
+    arguments.request.bootstrap = arguments.bootstrap.bootstrap;
+    arguments.request.bootstrap->samples = arguments.bootstrap.samples;
   }
   if (!arguments.commandFile.empty()) {
     arguments.request.command = readFile(arguments.commandFile);

@@ -29,6 +29,11 @@ struct CountsOptions {
   std::string intervals;
 };
 
+struct BootstrapOptions {
+  std::uint32_t samples = 0;  // 0: none asked for
+  embedded::Bootstrap bootstrap;
+};
+
 struct DiagnosticOptions {
   std::vector<std::string> flags;  // specs, algorithm, probe
   std::string path;                // empty: standard error
@@ -42,6 +47,7 @@ struct Arguments {
   std::string module;  // description file; empty: beside the program
   OutputOptions output;
   CountsOptions counts;
+  BootstrapOptions bootstrap;
   DiagnosticOptions diagnostics;
   std::string keyword;  // of `methods`
 };

@@ -32,8 +32,7 @@ bool hasNotes(const Dimension& dimension) {
 }  // namespace
 
 Footnotes::Footnotes(const Table& table, std::string_view separator, const Print& print)
-    : table_(&table),
-      separator_(separator),
+    : separator_(separator),
       nodes_(table, [sign = separator_, print](const Dimension& dimension, Index node) {
         std::string text;
         for (; node != none; node = dimension.nodes[node].parent) {

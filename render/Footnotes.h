@@ -23,7 +23,6 @@ class Footnotes {
   std::string_view of(const Cell& cell);
 
  private:
-  const Table* table_;
   std::string separator_;
   std::vector<std::string> lists_;            // by list of the table
   NodeTexts nodes_;                           // of a category and the groups above it

@@ -42,6 +42,10 @@ std::string colourOf(Severity severity, const Context& context) {
 // The line of the command with a caret under the first character of the place, underlined to
 // its end. Both count in columns of the terminal.
 std::string caretLines(const Place& place) {
+  // Of a line too long to be shown, only where the place is.
+  if (place.lineText.empty()) {
+    return fmt::format("{:>5}:{} |\n", place.line, place.column);
+  }
   const std::string line = visible(place.lineText);
   const std::size_t begin =
       endOfCharacters(line, static_cast<std::size_t>(std::max(0, place.column - 1)));

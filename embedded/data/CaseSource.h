@@ -26,6 +26,7 @@ struct CaseBlock {
   const double* weights = nullptr;        // one a case, raw; null when every weight is 1
   const std::uint64_t* counts = nullptr;  // cases that each row stands for; null when one each
   std::size_t count = 0;                  // may be 0 where only a group's end is to be told
+  bool resampled = false;                 // of a drawn sample: no cases of the data themselves
   bool endsGroup = false;                 // the split group ends after this block
 };
 

@@ -110,6 +110,9 @@ inline constexpr DataMessage stringWeight{"Data string weight ^1 ...",
                                           "The weight ^1 is a string; a weight is a number."};
 inline constexpr DataMessage splitTwice{"Data split twice ^1 ...",
                                         "The split variable ^1 is named twice."};
+inline constexpr DataMessage splitReserved{
+    "Data split reserved ^1 ...",
+    "A numeric split variable cannot be named ^1: the name numbers bootstrap samples."};
 // A warning, not an error.
 inline constexpr DataMessage nonFinite{
     "Data values not finite ^1 ^2 ...",
@@ -156,6 +159,7 @@ inline constexpr std::array all{noSuchFile,
                                 unknownVariableNear,
                                 stringWeight,
                                 splitTwice,
+                                splitReserved,
                                 nonFinite};
 }  // namespace messages
 

@@ -268,6 +268,14 @@ void takeWeight(Dictionary& dictionary, int index) {
   dictionary.weight = index;
 }
 
+// A numeric variable of this name would be taken for the number of a bootstrap sample.
+void takeSplit(Dictionary& dictionary, int index) {
+  const Variable& variable = dictionary.variables[static_cast<std::size_t>(index)];
+  if (!variable.format.IsString() && variable.name == bootstrapVariable)
+    failUsage(messages::splitReserved, {variable.name});
+  dictionary.splits.push_back(index);
+}
+
 }  // namespace
 
 std::vector<std::string> nullTextsOf(const Schema& schema) {
@@ -307,7 +315,7 @@ DictionaryPlan buildDictionary(const Relation& relation, const Schema& schema) {
     takeWeight(plan.dictionary,
                required(plan.dictionary, schema, "proportions:weight", schema.weight));
   for (const std::string& name : schema.splits)
-    plan.dictionary.splits.push_back(required(plan.dictionary, schema, "proportions:split", name));
+    takeSplit(plan.dictionary, required(plan.dictionary, schema, "proportions:split", name));
   return plan;
 }
 
@@ -322,7 +330,7 @@ void setSplits(Dictionary& dictionary, const std::vector<std::string>& names) {
     const int index = wanted(dictionary, "--split", name);
     if (std::ranges::find(dictionary.splits, index) != dictionary.splits.end())
       failUsage(messages::splitTwice, {name});
-    dictionary.splits.push_back(index);
+    takeSplit(dictionary, index);
   }
 }
 

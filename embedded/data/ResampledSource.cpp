@@ -75,6 +75,7 @@ class SampleStream final : public CaseStream {
                  .weights = weights_.data(),
                  .counts = counts_.data(),
                  .count = weights_.size(),
+                 .resampled = sample_ > 0,
                  .endsGroup = true};
         return true;
       }
@@ -155,10 +156,18 @@ ResampledSource::ResampledSource(std::unique_ptr<CaseSource> inner, int sampleVa
                                  const Resampling& resampling)
     : inner_(std::move(inner)), sampleVariable_(sampleVariable), resampling_(resampling) {}
 
-void ResampledSource::use(std::span<const int> columns) {
+std::vector<int> ResampledSource::withoutSampleNumber(std::span<const int> columns) const {
   std::vector<int> real(columns.begin(), columns.end());
   std::erase(real, sampleVariable_);
-  inner_->use(real);
+  return real;
+}
+
+void ResampledSource::measure(Dictionary& dictionary, std::span<const int> columns) {
+  inner_->measure(dictionary, withoutSampleNumber(columns));
+}
+
+void ResampledSource::use(std::span<const int> columns) {
+  inner_->use(withoutSampleNumber(columns));
   layout_ = inner_->layout();
   layout_.columns.push_back(sampleVariable_);
   layout_.offsetOfVariable.resize(static_cast<std::size_t>(sampleVariable_) + 1, -1);

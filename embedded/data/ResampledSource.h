@@ -47,14 +47,19 @@ class ResampledSource final : public CaseSource {
   ResampledSource(std::unique_ptr<CaseSource> inner, int sampleVariable,
                   const Resampling& resampling);
 
+  void measure(Dictionary& dictionary, std::span<const int> columns) override;
   void use(std::span<const int> columns) override;
   const ObservationLayout& layout() const override { return layout_; }
   std::unique_ptr<CaseStream> open() override;
+  bool deliversPatterns() const override { return true; }
+  std::map<int, std::uint64_t> nonFinite() const override { return inner_->nonFinite(); }
 
   // The patterns drawn from, group by group; there after the first stream was opened.
   const std::vector<GroupPatterns>& groups() const { return groups_; }
 
  private:
+  // The columns of the data themselves, without the sample number.
+  std::vector<int> withoutSampleNumber(std::span<const int> columns) const;
   void readPatterns();
 
   std::unique_ptr<CaseSource> inner_;

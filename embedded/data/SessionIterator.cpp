@@ -46,7 +46,7 @@ bool SessionIterator::advance() {
       at_ = 0;
       row_ = block_.rows;
       if (block_.count > 0) {
-        if (counter_) counter_->add(block_);
+        if (counter_ && !block_.resampled) counter_->add(block_);
         return true;
       }
       if (markDue_) return endMark();
@@ -60,9 +60,9 @@ bool SessionIterator::advance() {
 
 bool SessionIterator::endMark() {
   markDue_ = false;
+  if (counter_ && !block_.resampled) counter_->endGroup();
   block_ = {};
   atEndMark_ = true;
-  if (counter_) counter_->endGroup();
   // Data without split variables are one group; nobody may ask for what comes behind it.
   if (session_.dictionary.splits.empty()) finish();
   return true;

@@ -39,6 +39,7 @@ class Summary {
       summariseTable(table);
     }
     keepMessagesOfData();
+    keepCasesOfData();
     document_.splits = splits_.userGroups;
     if (!document_.data.splits.empty()) {
       document_.data.splits.erase(document_.data.splits.begin());
@@ -195,6 +196,14 @@ class Summary {
         message.split = splits_.user[message.split];
       }
     }
+  }
+
+  void keepCasesOfData() {
+    auto& cases = document_.data.casesBySplit;
+    for (auto& [split, counts] : cases) {
+      split = splits_.user[split];
+    }
+    std::erase_if(cases, [](const auto& group) { return group.first == none; });
   }
 
   static constexpr double missing = std::numeric_limits<double>::lowest();

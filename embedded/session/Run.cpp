@@ -2,6 +2,7 @@
 
 #include "embedded/data/Describe.h"
 #include "embedded/data/OpenData.h"
+#include "embedded/data/ResampledSource.h"
 #include "embedded/errors/Error.h"
 
 namespace embedded {
@@ -9,6 +10,9 @@ namespace embedded {
 namespace {
 
 data::CaseMode modeOf(const Request& request) {
+  if (request.bootstrap) {
+    return data::CaseMode::Patterns;
+  }
   if (request.diagnostics || request.delivery == CaseDelivery::CaseByCase) {
     return data::CaseMode::CaseByCase;
   }
@@ -48,6 +52,69 @@ void openRelation(Session& session, const Request& request) {
   session.document.data = std::move(opened.info);
 }
 
+// The name of the sample number is the host's own.
+void refuseSampleName(const data::Dictionary& dictionary) {
+  for (const int split : dictionary.splits) {
+    const data::Variable& variable = dictionary.variables[static_cast<std::size_t>(split)];
+    if (variable.kind != output::ValueKind::String && variable.name == data::bootstrapVariable) {
+      throw Error(ErrorKind::Usage, "Split named like the sample number ^1 ...", {variable.name});
+    }
+  }
+}
+
+// Puts samples drawn from the patterns in the place of the data; they stay the session's.
+const data::ResampledSource& resample(Session& session, const Bootstrap& bootstrap) {
+  const int sampleNumber = data::addSampleNumber(session.dictionary);
+  const data::Resampling resampling{
+      .samples = bootstrap.samples,
+      .seed = bootstrap.seed,
+      .jackknife = bootstrap.interval == output::BootstrapInterval::Bca};
+  auto source =
+      std::make_unique<data::ResampledSource>(std::move(session.cases), sampleNumber, resampling);
+  const data::ResampledSource& samples = *source;
+  session.cases = std::move(source);
+  session.bootstrapping = true;
+  auto& splits = session.document.data.splits;
+  splits.insert(splits.begin(),
+                session.dictionary.variables[static_cast<std::size_t>(sampleNumber)].info);
+  session.document.data.seed = bootstrap.seed;
+  return samples;
+}
+
+// The confidence level that the command's tables show, or the usual one.
+double levelOf(const output::Document& document, const output::Description& description) {
+  for (const output::Table& table : document.tables) {
+    for (const output::Dimension& dimension : table.dimensions) {
+      for (const output::Node& node : dimension.nodes) {
+        if (!node.label->items.empty() &&
+            description.of(table.title->id, node.label->id).role == output::Role::Level) {
+          return std::get<double>(node.label->items.front()->value);
+        }
+      }
+    }
+  }
+  return output::BootstrapOptions().level;
+}
+
+void summariseSamples(Session& session, const Bootstrap& bootstrap,
+                      const data::ResampledSource& samples,
+                      const output::Description& description) {
+  output::BootstrapOptions options{
+      .samples = bootstrap.samples,
+      .level = bootstrap.level.value_or(levelOf(session.document, description)),
+      .interval = bootstrap.interval,
+      .patterns = {}};
+  if (bootstrap.interval == output::BootstrapInterval::Bca) {
+    for (const data::GroupPatterns& group : samples.groups()) {
+      options.patterns.push_back(group.drawable);
+    }
+  }
+  output::summariseBootstrap(session.document, description, options);
+  if (session.splitLayout == SplitLayout::Tables) {
+    output::separateSplitGroups(session.document);
+  }
+}
+
 void warnOfNoCases(output::Document& document) {
   if (document.accepted && document.data.cases.read == 0) {
     output::Message message;
@@ -73,12 +140,18 @@ std::unique_ptr<Session> run(const Request& request, const Module& module) {
   } else {
     openRelation(*session, request);
   }
+  refuseSampleName(session->dictionary);
+  const data::ResampledSource* samples =
+      request.bootstrap ? &resample(*session, *request.bootstrap) : nullptr;
   module.call();
   if (session->fatal) {
     std::rethrow_exception(session->fatal);
   }
   Session::checkCancelled();
   session->document.accepted = session->accepted;
+  if (samples != nullptr && session->accepted) {
+    summariseSamples(*session, *request.bootstrap, *samples, module.description());
+  }
   warnOfNoCases(session->document);
   return session;
 }

@@ -10,6 +10,7 @@
 
 #include "embedded/data/MemorySource.h"
 #include "embedded/output/Document.h"
+#include "embedded/output/Resampling.h"
 #include "embedded/session/Module.h"
 #include "embedded/session/Session.h"
 
@@ -17,6 +18,14 @@ namespace embedded {
 
 // Which cases the procedure is given.
 enum class CaseDelivery { Automatic, CaseByCase, Patterns };
+
+// Samples to draw from the data.
+struct Bootstrap {
+  std::uint32_t samples = 0;
+  std::uint64_t seed = 0;
+  output::BootstrapInterval interval = output::BootstrapInterval::Percentile;
+  std::optional<double> level;  // in percent; the command's when not given
+};
 
 struct Request {
   std::string data;                        // a path, "-", or an engine's address
@@ -28,6 +37,7 @@ struct Request {
   bool splitsGiven = false;
   SplitLayout splitLayout = SplitLayout::Rows;
   std::string locale;  // collation of strings; empty: code point order
+  std::optional<Bootstrap> bootstrap;
   CaseDelivery delivery = CaseDelivery::Automatic;
   int threads = 0;     // 0: as many as the machine has
   std::string memory;  // such as "2GB"; empty: the engine's own limit

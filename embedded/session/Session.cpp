@@ -63,7 +63,7 @@ void Session::beginSplitGroup() {
     document.splits.push_back(std::move(group));
   }
   currentSplit = known->second;
-  writer.beginSplit(currentSplit, splitLayout == SplitLayout::Tables);
+  writer.beginSplit(currentSplit, splitLayout == SplitLayout::Tables && !bootstrapping && !pooling);
 }
 
 void Session::checkCancelled() {

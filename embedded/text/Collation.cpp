@@ -2,6 +2,8 @@
 
 #include <unicode/locid.h>
 
+#include <algorithm>
+
 #include "embedded/errors/Error.h"
 #include "embedded/session/Session.h"
 
@@ -17,6 +19,16 @@ icu::StringPiece piece(std::string_view text) {
   return {text.data(), static_cast<std::int32_t>(text.size())};
 }
 
+// Whether anything is known of the language. The collator does not tell: many languages, German
+// among them, sort by the rules that stand for all.
+bool isKnown(const icu::Locale& locale) {
+  std::int32_t count = 0;
+  const icu::Locale* known = icu::Locale::getAvailableLocales(count);
+  return std::any_of(known, known + count, [&](const icu::Locale& other) {
+    return std::string_view(other.getLanguage()) == locale.getLanguage();
+  });
+}
+
 }  // namespace
 
 Collation::Collation(const std::string& languageTag) {
@@ -25,12 +37,11 @@ Collation::Collation(const std::string& languageTag) {
   }
   UErrorCode status = U_ZERO_ERROR;
   const icu::Locale locale = icu::Locale::forLanguageTag(piece(languageTag), status);
-  if (U_FAILURE(status) || locale.isBogus() || *locale.getLanguage() == '\0') {
+  if (U_FAILURE(status) || locale.isBogus() || !isKnown(locale)) {
     refuse(languageTag);
   }
   collator_.reset(icu::Collator::createInstance(locale, status));
-  // U_USING_DEFAULT_WARNING: nothing is known of this language.
-  if (U_FAILURE(status) || status == U_USING_DEFAULT_WARNING) {
+  if (U_FAILURE(status)) {
     refuse(languageTag);
   }
 }

@@ -139,7 +139,7 @@ TEST(Counts, RefuseWhatIsNoCount) {
     SCOPED_TRACE(testing::PrintToString(words));
     const Outcome outcome = counts(words);
     EXPECT_EQ(outcome.status, status) << outcome.err;
-    EXPECT_EQ(outcome.out, "");
+    EXPECT_TRUE(outcome.out.empty()) << outcome.out;
     EXPECT_NE(outcome.err, "");
     EXPECT_NE(outcome.err.find(named), std::string::npos) << outcome.err;
   }

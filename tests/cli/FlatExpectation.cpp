@@ -163,11 +163,16 @@ class Adder {
   Path own_;
 };
 
+// A cell that was written twice, as by a pair of a variable with itself, keeps the last value.
 FlatTable finished(GrowingTable& table) {
   std::stable_sort(table.cells.begin(), table.cells.end(),
                    [](const PlacedCell& a, const PlacedCell& b) { return a.order < b.order; });
+  std::vector<FlatCell>& cells = table.flat.cells;
   for (PlacedCell& placed : table.cells) {
-    table.flat.cells.push_back(std::move(placed.cell));
+    if (!cells.empty() && cells.back().place == placed.cell.place) {
+      cells.pop_back();
+    }
+    cells.push_back(std::move(placed.cell));
   }
   return std::move(table.flat);
 }

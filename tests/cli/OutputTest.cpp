@@ -32,7 +32,7 @@ TEST_F(Output, GoesToAFileInTheFormatOfItsEnding) {
   for (const auto& [file, begin] : kinds) {
     const Outcome outcome = run(call({"-o", file}));
     EXPECT_EQ(outcome.status, 0) << outcome.err;
-    EXPECT_EQ(outcome.out, "");
+    EXPECT_TRUE(outcome.out.empty()) << outcome.out;
     EXPECT_TRUE(contentOf(folder_.path() / file).starts_with(begin)) << file;
   }
   EXPECT_EQ(folder_.files(), (std::vector<std::string>{"a.csv", "a.json", "a.txt", "data.csv"}));
@@ -57,7 +57,7 @@ TEST_F(Output, ThatCannotBeWrittenIsSaid) {
   for (const char* target : {"none/a.txt", "folder", "/dev/full"}) {
     const Outcome outcome = run(call({"--format", "text", "-o", target}));
     EXPECT_EQ(outcome.status, 4) << target;
-    EXPECT_EQ(outcome.out, "");
+    EXPECT_TRUE(outcome.out.empty()) << outcome.out;
     EXPECT_NE(outcome.err.find(target), std::string::npos) << outcome.err;
   }
   EXPECT_EQ(folder_.files(), (std::vector<std::string>{"data.csv", "folder"}));
@@ -129,7 +129,7 @@ TEST_P(Interrupted, RunsEndAndLeaveNothing) {
   feed(running, 400'000'000);
   const Outcome outcome = running.waitWithOpenInput();
   EXPECT_EQ(outcome.status, 130) << outcome.err;
-  EXPECT_EQ(outcome.out, "");
+  EXPECT_TRUE(outcome.out.empty()) << outcome.out;
   EXPECT_EQ(contentOf(folder.path() / "results.csv"), "older\n");
   EXPECT_EQ(folder.files(), (std::vector<std::string>{"results.csv", "tmp"}));
   EXPECT_TRUE(std::filesystem::is_empty(folder.path() / "tmp"));
@@ -142,7 +142,7 @@ TEST_P(Interrupted, WaitsForInputEnd) {
   running.signal(GetParam());
   const Outcome outcome = running.waitWithOpenInput();
   EXPECT_EQ(outcome.status, 130) << outcome.err;
-  EXPECT_EQ(outcome.out, "");
+  EXPECT_TRUE(outcome.out.empty()) << outcome.out;
 }
 
 INSTANTIATE_TEST_SUITE_P(BySignal, Interrupted, testing::Values(SIGINT, SIGTERM));

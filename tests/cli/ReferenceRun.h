@@ -3,6 +3,7 @@
 #pragma once
 
 #include <nlohmann/json.hpp>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,9 @@ struct ReferenceRun {
   nlohmann::json given;  // `command` and `dataset`
   nlohmann::json expect;
 };
+
+// For messages of failed tests: the command.
+void PrintTo(const ReferenceRun& run, std::ostream* out);
 
 // All runs of the file, in its order.
 const std::vector<ReferenceRun>& referenceRuns();

@@ -126,7 +126,7 @@ using RefusedRuns = ReferenceRuns;
 TEST_P(RefusedRuns, AreWrongUsage) {
   const Outcome outcome = runWith({"--format", "json"});
   EXPECT_EQ(outcome.status, 2);
-  EXPECT_EQ(outcome.out, "");
+  EXPECT_TRUE(outcome.out.empty()) << outcome.out;
   EXPECT_NE(outcome.err.find("$bootstrap_split"), std::string::npos) << outcome.err;
 }
 

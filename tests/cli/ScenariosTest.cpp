@@ -104,7 +104,7 @@ TEST_P(Scenarios, LeaveNoFileWhenRefused) {
   const auto before = folder_.files();
   const Outcome outcome = runWith({"--format", "text", "-o", "results.txt"});
   EXPECT_EQ(outcome.status, GetParam().status());
-  EXPECT_EQ(outcome.out, "");
+  EXPECT_TRUE(outcome.out.empty()) << outcome.out;
   if (outcome.status == 0) {
     EXPECT_NE(contentOf(folder_.path() / "results.txt"), "");
   } else {

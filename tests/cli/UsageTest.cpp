@@ -59,7 +59,7 @@ TEST(Usage, ThatIsWrongIsRefused) {
     SCOPED_TRACE(testing::PrintToString(words));
     const Outcome outcome = run({.arguments = words, .folder = folder.path(), .input = {}});
     EXPECT_EQ(outcome.status, 2) << outcome.err;
-    EXPECT_EQ(outcome.out, "");
+    EXPECT_TRUE(outcome.out.empty()) << outcome.out;
     EXPECT_NE(outcome.err, "");
   }
   EXPECT_EQ(folder.files(), (std::vector<std::string>{"data.csv"}));

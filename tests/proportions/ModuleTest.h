@@ -25,10 +25,7 @@ class Host : public scripted::Session {
  public:
   explicit Host(scripted::Script given) : Session(std::move(given)) {}
   Host(scripted::DataSet data, scripted::Command command)
-      : Session({.data = std::move(data),
-                 .command = std::move(command),
-                 .faults = {},
-                 .collation = {}}) {}
+      : Session({.data = std::move(data), .command = std::move(command)}) {}
   ~Host() override;
 
   Host& run() {

@@ -19,9 +19,7 @@ std::vector<Reference> runs() {
 
 scripted::Script scriptOf(const json& given) {
   return {.data = scripted::readDataSet(given["dataset"]),
-          .command = scripted::readRunCommand(given["command"]),
-          .faults = {},
-          .collation = {}};
+          .command = scripted::readRunCommand(given["command"])};
 }
 
 // --- Reading dumps ------------------------------------------------------------------------------

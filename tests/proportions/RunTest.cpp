@@ -11,10 +11,7 @@ using testing::IsEmpty;
 using testing::SizeIs;
 
 Script script(scripted::DataSet data) {
-  return {.data = std::move(data),
-          .command = {scripted::oneSample({"v"})},
-          .faults = {},
-          .collation = {}};
+  return {.data = std::move(data), .command = {scripted::oneSample({"v"})}};
 }
 
 scripted::DataSet plainData() {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <regex>
 #include <set>
 #include <sstream>
 
@@ -14,7 +15,8 @@ TEST(DataMessages, StandInTheEnglishCatalogue) {
   std::ifstream file(PROJECT_ROOT "/embedded/messages/po/en.po");
   std::ostringstream text;
   text << file.rdbuf();
-  const std::string catalogue = text.str();
+  // A long text is continued on further lines, each in quotes of its own.
+  const std::string catalogue = std::regex_replace(text.str(), std::regex("\"\n\""), "");
   for (const DataMessage& message : messages::all) {
     std::string entry("msgid \"");
     entry.append(message.id).append("\"\nmsgstr \"").append(message.english).append("\"\n");

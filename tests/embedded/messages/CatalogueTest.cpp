@@ -37,7 +37,7 @@ std::set<std::string> placeholders(const std::string& pattern) {
     found.insert("[" + (*i)[1].str());
   }
   const std::string rest = std::regex_replace(pattern, lists, "");
-  static const std::regex plain(R"(\^(\d+))");
+  static const std::regex plain(R"(\^([1-9])(?!\d))");
   for (std::sregex_iterator i(rest.begin(), rest.end(), plain), end; i != end; ++i) {
     found.insert("^" + (*i)[1].str());
   }
@@ -155,8 +155,9 @@ TEST(Catalogue, WritesSentencesInFull) {
 }
 
 TEST(Catalogue, FillsListsOfSplitValues) {
-  const auto region =
-      std::make_shared<output::VariableInfo>(output::VariableInfo{.name = "region"});
+  output::VariableInfo info;
+  info.name = "region";
+  const auto region = std::make_shared<output::VariableInfo>(std::move(info));
   const auto text = output::Text::composite(
       "Not enough valid cases for split [%1 = %2:,^1 = ^2:]1 ...",
       {output::Text::list({output::Text::ofVariable(region),

@@ -78,9 +78,7 @@ std::set<std::string> exportedSymbols(const std::string& file) {
 
 scripted::Script smokers() {
   return {.data = {.variables = {scripted::numeric("v", {1, 1, 0, 1})}},
-          .command = {scripted::oneSample({"v"})},
-          .faults = {},
-          .collation = {}};
+          .command = {scripted::oneSample({"v"})}};
 }
 
 TEST(ModuleFile, ExportsTheEntryAndTheAttachAlone) {

@@ -80,7 +80,7 @@ using Command = std::vector<SubCommand>;
 struct Faults {
   std::optional<std::size_t> throwAt{};   // this call throws HostFailure
   std::optional<std::size_t> refuseAt{};  // this one answers its failure, if it has one
-  std::optional<int> fatalFromQuery;    // FatalError() is true from this query on
+  std::optional<int> fatalFromQuery{};    // FatalError() is true from this query on
   std::optional<int> fatalAfterCases{};   // the stream breaks off after so many cases
   bool nullIterator = false;
   bool plainIterator = false;  // an iterator that knows no weights and split groups
@@ -88,9 +88,9 @@ struct Faults {
 };
 
 struct Script {
-  DataSet data;
-  Command command;
-  Faults faults;
+  DataSet data{};
+  Command command{};
+  Faults faults{};
   // Negative, 0 or positive; code point order when there is none.
   std::function<int(std::string_view, std::string_view)> collation{};
 };
