@@ -48,6 +48,7 @@ void addData(CLI::App& app, Arguments& arguments) {
   app.add_option("--weight", request.weight, "The case weight")->type_name("VAR");
   app.add_option("--split", request.splits, "Split groups by these variables")
       ->delimiter(',')
+      ->allow_extra_args(false)
       ->type_name("VAR,...");
   app.add_option("--locale", request.locale, "Collation of strings")->type_name("TAG");
   app.add_option("--threads", request.threads, "Threads of the data engine")
@@ -92,6 +93,7 @@ void addRun(CLI::App& app, Arguments& arguments) {
       "Read every case by itself");
   app.add_option("--diagnostics", arguments.diagnostics.flags, "Diagnostic dumps to write")
       ->delimiter(',')
+      ->allow_extra_args(false)
       ->type_name("FLAG,...");
   app.add_option("--diagnostics-file", arguments.diagnostics.path, "Where the dumps go")
       ->type_name("FILE");

@@ -35,6 +35,9 @@ inline constexpr CommandMessage unknownCommand{"Command unknown ^1 ^2 ...",
 inline constexpr CommandMessage slashWanted{
     "Command slash wanted ^1 ...",
     "A subcommand begins with a slash and its name; ^1 cannot stand here."};
+inline constexpr CommandMessage nothingAfterSlash{"Command nothing after slash ...",
+                                                  "The command ends after a slash; write the name "
+                                                  "of a subcommand there, or leave the slash out."};
 inline constexpr CommandMessage unknownSubcommand{
     "Subcommand unknown ^1 ...",
     "There is no subcommand ^1. Use one of the subcommands of the command."};
@@ -115,15 +118,15 @@ inline constexpr CommandMessage qualifierRefused{"Qualifier refused ^1 ...",
                                                  "(^1) cannot stand here."};
 
 inline constexpr std::array all{
-    badCharacter,    badEncoding,      openString,      badNumber,         afterEnd,
-    noCommand,       unknownCommand,   slashWanted,     unknownSubcommand, ambiguousName,
-    subcommandTwice, listWanted,       listRefused,     unknownParameter,  parameterTwice,
-    valueWanted,     oneValueWanted,   keywordWanted,   unknownKeyword,    numberWanted,
-    numberTooLow,    numberNotAbove,   numberTooHigh,   numberNotBelow,    bareKeyword,
-    openParenthesis, notInParentheses, badRange,        emptyParentheses,  subcommandMissing,
-    furtherMistakes, reservedWord,     unknownVariable, notAVariable,      backwardRange,
-    emptyList,       repeatedVariable, commonVariable,  oneVariable,       invalidValue,
-    qualifierRefused};
+    badCharacter,      badEncoding,     openString,       badNumber,         afterEnd,
+    noCommand,         unknownCommand,  slashWanted,      nothingAfterSlash, unknownSubcommand,
+    ambiguousName,     subcommandTwice, listWanted,       listRefused,       unknownParameter,
+    parameterTwice,    valueWanted,     oneValueWanted,   keywordWanted,     unknownKeyword,
+    numberWanted,      numberTooLow,    numberNotAbove,   numberTooHigh,     numberNotBelow,
+    bareKeyword,       openParenthesis, notInParentheses, badRange,          emptyParentheses,
+    subcommandMissing, furtherMistakes, reservedWord,     unknownVariable,   notAVariable,
+    backwardRange,     emptyList,       repeatedVariable, commonVariable,    oneVariable,
+    invalidValue,      qualifierRefused};
 }  // namespace messages
 
 // The message at a place of the session's command. Arguments too long to be read are cut short.

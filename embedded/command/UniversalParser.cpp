@@ -76,6 +76,10 @@ class CommandReader {
       cursor_.skipSubcommand();
       return;
     }
+    if (cursor_.atEnd()) {
+      cursor_.fail(messages::nothingAfterSlash, {}, cursor_.place());
+      return;
+    }
     if (!cursor_.is(LexKind::Word)) {
       cursor_.fail(messages::slashWanted, {cursor_.text()}, cursor_.place());
       cursor_.skipSubcommand();

@@ -8,6 +8,7 @@
 
 #include "DataMessages.h"
 #include "IsoTime.h"
+#include "ResampledSource.h"
 
 namespace embedded::data {
 namespace {

@@ -52,16 +52,6 @@ void openRelation(Session& session, const Request& request) {
   session.document.data = std::move(opened.info);
 }
 
-// The name of the sample number is the host's own.
-void refuseSampleName(const data::Dictionary& dictionary) {
-  for (const int split : dictionary.splits) {
-    const data::Variable& variable = dictionary.variables[static_cast<std::size_t>(split)];
-    if (variable.kind != output::ValueKind::String && variable.name == data::bootstrapVariable) {
-      throw Error(ErrorKind::Usage, "Split named like the sample number ^1 ...", {variable.name});
-    }
-  }
-}
-
 // Puts samples drawn from the patterns in the place of the data; they stay the session's.
 const data::ResampledSource& resample(Session& session, const Bootstrap& bootstrap) {
   const int sampleNumber = data::addSampleNumber(session.dictionary);
@@ -140,7 +130,6 @@ std::unique_ptr<Session> run(const Request& request, const Module& module) {
   } else {
     openRelation(*session, request);
   }
-  refuseSampleName(session->dictionary);
   const data::ResampledSource* samples =
       request.bootstrap ? &resample(*session, *request.bootstrap) : nullptr;
   module.call();

@@ -73,8 +73,9 @@ TEST(Usage, ReadsTheCommandFromAFileAndOptionsInAnyOrder) {
                                            "--weight", "w", "--format", "csv"},
                              .folder = folder.path(),
                              .input = {}});
-  const Outcome second = run({.arguments = {"run", "--split", "g", "--format", "csv", "--weight",
-                                            "w", "-f", "command.txt", "data.csv"},
+  // A list of split variables ends where the word ends: what follows is the data.
+  const Outcome second = run({.arguments = {"run", "--format", "csv", "--weight", "w", "-f",
+                                            "command.txt", "--split", "g", "data.csv"},
                               .folder = folder.path(),
                               .input = {}});
   EXPECT_EQ(first.status, 0) << first.err;

@@ -393,6 +393,12 @@ TEST(IndependentParser, WantsTwoDistinctLevels) {
                 "Param ^1, subcom ^2, two values ...", {"SELECT LEVEL", "INDEPENDENTSAMPLES"});
 }
 
+TEST(IndependentParser, ComparesNumericLevelsAsNumbers) {
+  const Given given(
+      {independent({"x", "BY", "g"}, {levels("SELECT", std::vector<std::string>{"0", "-0"})})});
+  EXPECT_THAT(given.messages(), ElementsAre("Param ^1, subcom ^2, two distinct values ..."));
+}
+
 TEST(IndependentParser, ComparesStringLevelsByTheirFirstEightBytes) {
   using Texts = std::vector<std::string>;
   expectRefused(

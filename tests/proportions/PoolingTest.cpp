@@ -227,6 +227,23 @@ TEST(Pooling, RecordsSamplesNowhere) {
   EXPECT_EQ(labelsOf(host, 2), nlohmann::json({3.0, 3.0}));
 }
 
+TEST(Pooling, RecordsTheMidpointsOfTheGroupingVariable) {
+  Host host({.variables = {numeric("k", {1, 1, 2, 2}), numeric("v", {1, 0, 1, 0}),
+                           numeric("g", {10, 30, 2, 4})},
+             .splits = {"k"},
+             .splitsAsRows = true},
+            {scripted::independent({"v", "BY", "g"}, {qualified("SELECT", "MIDPOINT")}),
+             success(scripted::cutPoint("VALUE", 1))});
+  host.run();
+  const nlohmann::json written = scripted::writeTable(*host.log.tables.at(0));
+  nlohmann::json labels = nlohmann::json::array();
+  for (const auto& group : written["row_dimension"]) labels.push_back(group["label"]);
+  // Those of both groups, below and not below each, and then the group's own.
+  EXPECT_EQ(labels, nlohmann::json::parse(R"([["< ^1", [3.0]], ["< ^1", [20.0]],
+                                              [">= ^1", [3.0]], [">= ^1", [20.0]],
+                                              ["< ^1", [20.0]], [">= ^1", [20.0]]])"));
+}
+
 TEST(Pooling, AddsNoRecordedCategoriesForLevelsAndCutPoints) {
   Host host(rows(), {oneSample({"v"}), success(scripted::levels("VALUE", Numbers{1}))});
   host.run();

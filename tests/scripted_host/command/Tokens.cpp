@@ -1,3 +1,4 @@
+// Tokens: what the script says they are, under the names of the host interface.
 #include "scripted_host/command/Tokens.h"
 
 #include "scripted_host/command/Description.h"

@@ -1,3 +1,4 @@
+// Making commands and data sets from the words of tests.
 #include "scripted_host/command/Words.h"
 
 #include <sstream>

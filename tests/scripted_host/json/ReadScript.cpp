@@ -1,3 +1,4 @@
+// From the reference files' abstract commands and data sets to scripts.
 #include "scripted_host/json/ReadScript.h"
 
 #include "scripted_host/command/Words.h"

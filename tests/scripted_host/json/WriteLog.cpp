@@ -1,3 +1,4 @@
+// From the log to the form of the reference files' expectations.
 #include "scripted_host/json/WriteLog.h"
 
 #include <cmath>

@@ -1,3 +1,4 @@
+// Questions that tests ask of a log.
 #include "scripted_host/session/Log.h"
 
 #include <algorithm>

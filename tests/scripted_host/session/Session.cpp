@@ -5,23 +5,23 @@
 namespace scripted {
 
 namespace {
-Session* currentSession = nullptr;
+// The last one is the current one; a test may compare two runs.
+std::vector<Session*> sessions;
 }  // namespace
 
 Session::Session(Script given) : script(std::move(given)) {
-  if (currentSession != nullptr) throw std::logic_error("there is a session already");
-  currentSession = this;
+  sessions.push_back(this);
   for (const std::string& split : script.data.splits) inUse.insert(indexOf(split));
   if (!script.data.weight.empty()) inUse.insert(indexOf(script.data.weight));
 }
 
 Session::~Session() {
-  currentSession = nullptr;
+  std::erase(sessions, this);
 }
 
 Session& Session::current() {
-  if (currentSession == nullptr) throw std::logic_error("a host call without a session");
-  return *currentSession;
+  if (sessions.empty()) throw std::logic_error("a host call without a session");
+  return *sessions.back();
 }
 
 bool Session::enter(std::string_view name, std::vector<std::string> args) {

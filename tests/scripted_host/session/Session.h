@@ -1,4 +1,4 @@
-// The scripted host's one session: a script, a log, and the state of the run between them.
+// A session of the scripted host: a script, a log, and the state of the run between them.
 //
 // Every operation of the host interface begins with enter(), which writes the call down and makes
 // it fail when the script says so. Checks of contracts go to the log as violations.
@@ -39,7 +39,7 @@ class Session {
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
-  // The session that exists; there is one at a time.
+  // The session that was made last.
   static Session& current();
 
   // Begins an operation: writes it down, throws if it is to throw. True when it is to answer its
