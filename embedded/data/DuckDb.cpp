@@ -2,7 +2,9 @@
 #include "DuckDb.h"
 
 #include <chrono>
+#include <exception>
 #include <new>
+#include <system_error>
 #include <thread>
 
 #include "DataMessages.h"
@@ -27,7 +29,19 @@ struct Connection {
   }
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
-  ~Connection() { duckdb_disconnect(&value); }
+  // While an exception unwinds its thread, the engine closes a connection without waiting for the
+  // workers that still hold it, and they would use what is gone: another thread closes it then.
+  ~Connection() {
+    if (std::uncaught_exceptions() == 0) {
+      duckdb_disconnect(&value);
+      return;
+    }
+    try {
+      std::thread([this] { duckdb_disconnect(&value); }).join();
+    } catch (const std::system_error&) {
+      duckdb_disconnect(&value);  // no thread can be had
+    }
+  }
 };
 
 std::string textOr(const char* text, const char* otherwise) {

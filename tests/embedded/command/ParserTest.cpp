@@ -108,7 +108,7 @@ TEST_F(Parser, RefusesEveryViolationWithItsPlace) {
       {"", "1:1:1 Command missing ^1 ... [TASTE]"},
       {"/TRY a", "1:1:1 Command missing ^1 ... [TASTE]"},
       {"TASTY /TRY a", "1:1:5 Command unknown ^1 ^2 ... [TASTY] [TASTE] TASTE"},
-      {"TASTE /", "1:8:1 Command slash wanted ^1 ... []"},
+      {"TASTE /", "1:8:1 Command nothing after slash ..."},
       {"TASTE //TRY a", "1:8:1 Command slash wanted ^1 ... [/]"},
       {"TASTE /'TRY' a", "1:8:5 Command slash wanted ^1 ... [TRY]"},
       {"TASTE /TRX a", "1:8:3 Subcommand unknown ^1 ... [TRX] TRY"},
