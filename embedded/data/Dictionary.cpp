@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "embedded/text/Nearest.h"
 #include "host/distributions/MCMV.h"
 
 namespace embedded::data {
@@ -15,22 +16,6 @@ icu::UnicodeString folded(std::string_view name) {
   return icu::UnicodeString::fromUTF8(
              icu::StringPiece(name.data(), static_cast<std::int32_t>(name.size())))
       .foldCase();
-}
-
-// Edits that turn one name into the other: insertions, deletions, replacements.
-std::size_t distance(const icu::UnicodeString& a, const icu::UnicodeString& b) {
-  std::vector<std::size_t> row(static_cast<std::size_t>(b.length()) + 1);
-  for (std::size_t j = 0; j < row.size(); ++j) row[j] = j;
-  for (std::int32_t i = 0; i < a.length(); ++i) {
-    std::size_t diagonal = row[0]++;
-    for (std::size_t j = 1; j < row.size(); ++j) {
-      const std::size_t replaced =
-          diagonal + (a[i] == b[static_cast<std::int32_t>(j) - 1] ? 0U : 1U);
-      diagonal = row[j];
-      row[j] = std::min({replaced, row[j] + 1, row[j - 1] + 1});
-    }
-  }
-  return row.back();
 }
 
 }  // namespace
@@ -73,16 +58,10 @@ int Dictionary::find(std::string_view name) const {
 }
 
 std::string Dictionary::nearest(std::string_view name) const {
-  const icu::UnicodeString wanted = folded(name);
-  std::size_t best = static_cast<std::size_t>(wanted.length()) / 2 + 1;
-  std::string result;
-  for (const Variable& variable : variables) {
-    const std::size_t edits = distance(wanted, folded(variable.name));
-    if (edits >= best) continue;
-    best = edits;
-    result = variable.name;
-  }
-  return result;
+  std::vector<std::string> names;
+  names.reserve(variables.size());
+  for (const Variable& variable : variables) names.push_back(variable.name);
+  return text::nearest(name, names);
 }
 
 }  // namespace embedded::data

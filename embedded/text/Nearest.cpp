@@ -1,33 +1,33 @@
 #include "embedded/text/Nearest.h"
 
+#include <unicode/unistr.h>
+
 #include <algorithm>
 #include <numeric>
 #include <vector>
-
-#include "host/text/KORAMBstr.h"
 
 namespace embedded::text {
 
 namespace {
 
-constexpr std::size_t longest = 200;  // names longer than this are not compared
+constexpr std::size_t longest = 200;  // bytes; longer names are not compared
 
-std::string folded(std::string_view name) {
-  std::string text(name);
-  KORAMBstrupr_A(text);
-  return text;
+icu::UnicodeString folded(std::string_view name) {
+  return icu::UnicodeString::fromUTF8(
+             icu::StringPiece(name.data(), static_cast<std::int32_t>(name.size())))
+      .foldCase();
 }
 
-std::size_t edits(const std::string& a, const std::string& b) {
-  std::vector<std::size_t> row(b.size() + 1);
+std::size_t edits(const icu::UnicodeString& a, const icu::UnicodeString& b) {
+  std::vector<std::size_t> row(static_cast<std::size_t>(b.length()) + 1);
   std::iota(row.begin(), row.end(), std::size_t{0});
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    std::size_t diagonal = row[0];
-    row[0] = i + 1;
-    for (std::size_t j = 0; j < b.size(); ++j) {
-      const std::size_t replaced = diagonal + (a[i] == b[j] ? 0 : 1);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({replaced, diagonal + 1, row[j] + 1});
+  for (std::int32_t i = 0; i < a.length(); ++i) {
+    std::size_t diagonal = row[0]++;
+    for (std::size_t j = 1; j < row.size(); ++j) {
+      const bool same = a[i] == b[static_cast<std::int32_t>(j) - 1];
+      const std::size_t replaced = diagonal + (same ? 0U : 1U);
+      diagonal = row[j];
+      row[j] = std::min({replaced, row[j] + 1, row[j - 1] + 1});
     }
   }
   return row.back();
@@ -36,12 +36,12 @@ std::size_t edits(const std::string& a, const std::string& b) {
 }  // namespace
 
 std::string nearest(std::string_view name, std::span<const std::string> candidates) {
-  const std::string wanted = folded(name);
-  std::size_t least = std::max<std::size_t>(1, wanted.size() / 3) + 1;
   std::string found;
-  if (wanted.size() > longest) {
+  if (name.size() > longest) {
     return found;
   }
+  const icu::UnicodeString wanted = folded(name);
+  std::size_t least = std::max<std::size_t>(1, static_cast<std::size_t>(wanted.length()) / 3) + 1;
   for (const std::string& candidate : candidates) {
     if (candidate.size() > longest) {
       continue;
