@@ -25,6 +25,8 @@ class BetaDensity {
   BetaDensity(double a, double b);
 
   double at(const Fraction& point) const;
+  // The logarithm of the same, which does not underflow.
+  DoubleDouble logAt(const Fraction& point) const;
 
   double a() const { return a_; }
   double b() const { return b_; }

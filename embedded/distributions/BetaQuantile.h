@@ -7,13 +7,15 @@
 
 namespace embedded::distributions {
 
-// x with betaTail(x, a, b, tail) = p for shapes a, b > 0 and 0 <= p <= 1; nothing when the search
-// does not settle, which is known only where a shape is below 1/20. Values below the smallest
-// double are 0, those above 1 - 2^-54 are 1.
+// x with betaTail(x, a, b, tail) = p for finite shapes a, b > 0 and 0 <= p <= 1; nothing when a
+// tail cannot be computed, which is not known to happen. Values below the smallest double are 0,
+// those above 1 - 2^-54 are 1.
 //
 // Steps of fourth order on the logarithm of the smaller tail over the log-odds, where it is
 // concave, so that they converge from any start; the last one starts from a value whose tail is
-// known to a few ulp, so that the result is good to about an ulp (see the tests' report).
+// known to an ulp, so that the result is good to about an ulp from shapes of 1/2 on (see the tests'
+// report). Smaller shapes multiply any error of p and of the tail, by about one over the shape;
+// where even the steps do not settle, log-odds are halved.
 std::optional<double> betaQuantile(double p, double a, double b, Tail tail);
 
 // The regimes of the start, as log-odds.

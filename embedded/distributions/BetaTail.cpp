@@ -15,6 +15,8 @@ namespace {
 constexpr int kMostTerms = 1000;
 // Where the integrand has fallen to e^-39 the rest is below half an ulp.
 constexpr double kReach = 39;
+// A shape that is lost in the terms of the fraction.
+constexpr double kTinyShape = 1e-8;
 
 // sum of coefficients[k] power^k.
 template <std::size_t size>
@@ -100,6 +102,15 @@ bool suitsQuadrature(const BetaDensity& density, const Fraction& point) {
   return a >= 20 && b >= 0.5 && b < 2 && b != 1 && distanceToMean(density, point) < 3;
 }
 
+// Near a small second shape, where few terms make the other tail.
+bool suitsComplement(const BetaDensity& density, const Fraction& point) {
+  const double a = density.a();
+  const double b = density.b();
+  const double y = point.complement.hi;
+  const bool isNear = a > 1 || b < kTinyShape || y < 0.01;
+  return b < 0.5 && isNear && y < 0.7 && density.total().hi * y < 20;
+}
+
 }  // namespace
 
 double distanceToMean(const BetaDensity& density, const Fraction& point) {
@@ -126,7 +137,7 @@ double tailRatioByFraction(const BetaDensity& density, const Fraction& point) {
   return std::numeric_limits<double>::quiet_NaN();
 }
 
-double tailRatioBySeries(const BetaDensity& density, const Fraction& point) {
+DoubleDouble tailRatioBySeries(const BetaDensity& density, const Fraction& point) {
   const double total = density.total().hi;
   const double next = density.a() + 1;
   double term = 1;
@@ -135,7 +146,14 @@ double tailRatioBySeries(const BetaDensity& density, const Fraction& point) {
     term *= (total + k) / (next + k) * point.x.hi;
     sum += term;
   }
-  return (1 + sum) / density.a();
+  return quickTwoSum(1, sum) / density.a();
+}
+
+double tailRatioByComplement(const BetaDensity& density, const Fraction& point) {
+  const BetaDensity mirrored = density.mirrored();
+  const DoubleDouble logDensity = mirrored.logAt(point.mirrored());
+  const DoubleDouble logOther = logDensity + log(tailRatioBySeries(mirrored, point.mirrored()));
+  return std::max(0.0, -std::expm1(logOther.hi)) * std::exp(-logDensity.hi);
 }
 
 double tailRatioByQuadrature(const BetaDensity& density, const Fraction& point) {
@@ -167,10 +185,11 @@ double tailRatioByQuadrature(const BetaDensity& density, const Fraction& point) 
   return half * sum;
 }
 
-double tailRatio(const BetaDensity& density, const Fraction& point) {
+DoubleDouble tailRatio(const BetaDensity& density, const Fraction& point) {
   if (density.total().hi * point.x.hi < 0.2 * (density.a() + 1)) {
     return tailRatioBySeries(density, point);
   }
+  if (suitsComplement(density, point)) return tailRatioByComplement(density, point);
   if (suitsQuadrature(density, point)) return tailRatioByQuadrature(density, point);
   return tailRatioByFraction(density, point);
 }
@@ -179,12 +198,14 @@ TailAndDensity betaTail(const BetaDensity& density, const Fraction& point, Tail 
   if (distanceToMean(density, point) < 0) {
     return betaTail(density.mirrored(), point.mirrored(), other(tail));
   }
-  const double top = density.at(point);
-  double own = 0;
-  if (top > 0) {
-    own = top * tailRatio(density, point);
-  }
-  return {tail == Tail::Lower ? own : 1 - own, top};
+  const DoubleDouble logDensity = density.logAt(point);
+  const double top = expToDouble(logDensity);
+  // The ratio is of no use to a complement of 1 to all digits.
+  if (tail == Tail::Upper && top == 0) return {1, 0, logDensity, 0};
+  const DoubleDouble ratio = tailRatio(density, point);
+  const double own = top * ratio.hi;
+  if (tail == Tail::Upper) return {1 - own, top, logDensity, 0};
+  return {own, top, logDensity, ratio};
 }
 
 double betaTail(double x, double a, double b, Tail tail) {

@@ -9,6 +9,9 @@ namespace {
 
 constexpr DoubleDouble kLn2{0.6931471805599453, 2.3190468138462996e-17};
 constexpr int kHalvings = 8;
+constexpr double kSmallForLog = 0x1p-900;
+constexpr double kLogLiftBits = 600;
+constexpr double kLogLift = 0x1p600;
 
 // e^r - 1 for |r| < 0.0014: Taylor's series, whose later terms a double holds well enough.
 DoubleDouble smallExpm1(DoubleDouble r) {
@@ -69,6 +72,8 @@ DoubleDouble exp(DoubleDouble value) {
 }
 
 DoubleDouble log(DoubleDouble value) {
+  // Where a power of two that belongs to it is no double any more.
+  if (value.hi < kSmallForLog) return log(scaled(value, kLogLift)) - kLn2 * kLogLiftBits;
   static const LogTable kLogs = reciprocalLogs();
   int power = 0;
   double mantissa = std::frexp(value.hi, &power);

@@ -86,7 +86,7 @@ inline DoubleDouble scaled(DoubleDouble value, double power) {
 // e^value to about 100 bits, for |value| < 700.
 DoubleDouble exp(DoubleDouble value);
 
-// The natural logarithm of a normal value > 0, with an absolute error below 1e-25, which falls with
+// The natural logarithm of a value > 0, with an absolute error below 1e-25, which falls with
 // the fourth power of the logarithm where that is below 1/200: what densities of large shapes need.
 DoubleDouble log(DoubleDouble value);
 

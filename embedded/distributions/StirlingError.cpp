@@ -4,8 +4,6 @@
 #include <cmath>
 #include <cstddef>
 
-#include "embedded/distributions/DoubleDouble.h"
-
 namespace embedded::distributions {
 
 namespace {
@@ -34,19 +32,19 @@ double stirlingSeries(double z) {
 }
 
 // Gamma(z) = Gamma(top) / (z (z + 1) ... (top - 1)) with top = z + whole >= 16.
-double stirlingByRecurrence(double z) {
+DoubleDouble stirlingByRecurrence(double z) {
   const double steps = std::ceil(kSeriesFrom - z);
   const DoubleDouble top = DoubleDouble(z) + steps;
   DoubleDouble product = z;
   for (double i = 1; i < steps; ++i) product = product * twoSum(z, i);
   const DoubleDouble leading =
       (top - 0.5) * log(top) - (DoubleDouble(z) - 0.5) * log(z) - log(product) - steps;
-  return (leading + stirlingSeries(top.hi)).hi;
+  return leading + stirlingSeries(top.hi);
 }
 
 }  // namespace
 
-double stirlingError(double z) {
+DoubleDouble stirlingError(double z) {
   if (z >= kSeriesFrom) return stirlingSeries(z);
   const double halves = 2 * z;
   if (halves >= 1 && halves == std::floor(halves)) {

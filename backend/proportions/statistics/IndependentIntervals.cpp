@@ -9,29 +9,26 @@
 namespace statistics {
 namespace {
 
-double variance(double proportion, double trials) {
-  return proportion * (1.0 - proportion) / trials;
-}
-
 Interval around(double difference, double half) {
   return inDifferenceRange(difference - half, difference + half);
 }
 
 // The square-and-add interval: each group's own interval gives its share of the distance.
-Interval squareAndAdd(const IndependentCounts& counts, const Interval& first,
-                      const Interval& second) {
-  const double p1 = counts.prop1();
-  const double p2 = counts.prop2();
-  const double below = p1 - first.lower;
-  const double above = first.upper - p1;
-  const double otherAbove = second.upper - p2;
-  const double otherBelow = p2 - second.lower;
+Interval squareAndAdd(const IndependentCounts& counts, const Distances& first,
+                      const Distances& second) {
   const double difference = counts.difference();
-  return inDifferenceRange(difference - std::sqrt(below * below + otherAbove * otherAbove),
-                           difference + std::sqrt(above * above + otherBelow * otherBelow));
+  const double down = first.below * first.below + second.above * second.above;
+  const double up = first.above * first.above + second.below * second.below;
+  return inDifferenceRange(difference - std::sqrt(down), difference + std::sqrt(up));
 }
 
-// z unpooled standard errors of the plain proportions, with these divisors.
+// The counts with so many successes and failures added to each group.
+IndependentCounts withAdded(const IndependentCounts& counts, double added) {
+  return {counts.successes1 + added, counts.failures1 + added, counts.successes2 + added,
+          counts.failures2 + added};
+}
+
+// z unpooled standard errors of the proportions, with these divisors.
 double plainHalf(const IndependentCounts& counts, double z, double divisor1, double divisor2) {
   return z * std::sqrt(counts.variance1(divisor1) + counts.variance2(divisor2));
 }
@@ -68,19 +65,13 @@ IndependentEstimates estimate(const IndependentCounts& counts) {
 }
 
 Interval agrestiCaffo(const IndependentCounts& counts, const CriticalValues& critical) {
-  const double n1 = counts.trials1() + 2.0;
-  const double n2 = counts.trials2() + 2.0;
-  const double a1 = (counts.successes1 + 1.0) / n1;
-  const double a2 = (counts.successes2 + 1.0) / n2;
-  return around(a1 - a2, critical.z * std::sqrt(variance(a2, n2) + variance(a1, n1)));
+  const IndependentCounts more = withAdded(counts, 1.0);
+  return around(more.difference(), plainHalf(more, critical.z, more.trials1(), more.trials2()));
 }
 
 Interval brownLiJeffreys(const IndependentCounts& counts, const CriticalValues& critical) {
-  const double n1 = counts.trials1();
-  const double n2 = counts.trials2();
-  const double b1 = (counts.successes1 + 0.5) / (n1 + 1.0);
-  const double b2 = (counts.successes2 + 0.5) / (n2 + 1.0);
-  return around(b1 - b2, critical.z * std::sqrt(variance(b2, n2) + variance(b1, n1)));
+  const IndependentCounts more = withAdded(counts, 0.5);
+  return around(more.difference(), plainHalf(more, critical.z, counts.trials1(), counts.trials2()));
 }
 
 Interval hauckAnderson(const IndependentCounts& counts, const CriticalValues& critical) {
@@ -93,15 +84,14 @@ Interval hauckAnderson(const IndependentCounts& counts, const CriticalValues& cr
 }
 
 Interval newcombe(const IndependentCounts& counts, const CriticalValues& critical) {
-  return squareAndAdd(counts, wilsonBounds(counts.prop1(), counts.trials1(), critical.z),
-                      wilsonBounds(counts.prop2(), counts.trials2(), critical.z));
+  return squareAndAdd(counts, wilsonDistances(counts.successes1, counts.failures1, critical.z),
+                      wilsonDistances(counts.successes2, counts.failures2, critical.z));
 }
 
 Interval newcombeCorrected(const IndependentCounts& counts, const CriticalValues& critical) {
-  return squareAndAdd(
-      counts,
-      correctedWilsonBounds(counts.successes1, counts.prop1(), counts.trials1(), critical.z),
-      correctedWilsonBounds(counts.successes2, counts.prop2(), counts.trials2(), critical.z));
+  return squareAndAdd(counts,
+                      correctedWilsonDistances(counts.successes1, counts.failures1, critical.z),
+                      correctedWilsonDistances(counts.successes2, counts.failures2, critical.z));
 }
 
 Interval wald(const IndependentCounts& counts, const CriticalValues& critical) {

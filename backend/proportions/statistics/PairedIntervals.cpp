@@ -36,23 +36,37 @@ Interval around(const Difference& difference, const CriticalValues& critical) {
   return inDifferenceRange(difference.value - half, difference.value + half);
 }
 
-// The correlation of the two measurements; missing when it cannot be formed. The three cases of a
-// positive A, and the tolerance, are as they are on purpose.
-double correlation(const PairedCounts& counts) {
-  if (counts.n1p() == 0.0 || counts.n0p() == 0.0 || counts.np1() == 0.0 || counts.np0() == 0.0)
-    return 0.0;
+// 1 - phi for phi = a / sqrt(product), a > 0, with the digits that the difference would lose:
+// product - a^2 is cases (n11 n10 n01 + ... + n10 n01 n00), and if a is corrected by half the cases
+// also cases (a + cases / 4).
+double complementOf(const PairedCounts& counts, double a, bool corrected, double product) {
   const double cases = counts.cases();
-  const double a = counts.n00 * counts.n11 - counts.n01 * counts.n10;
-  if (std::fabs(2.0 * a - cases) < 1e-12) return 0.0;
-  const double product = counts.n0p() * counts.n1p() * counts.np1() * counts.np0();
-  if (!(product > 0.0)) return MCMV::Missing;
-  const double corrected = 2.0 * a > cases ? a - cases / 2.0 : a;
-  return corrected / std::sqrt(product);
+  const double triples = counts.n11 * counts.n00 * (counts.n10 + counts.n01) +
+                         counts.n10 * counts.n01 * (counts.n11 + counts.n00);
+  const double rest = corrected ? a + cases / 4.0 : 0.0;
+  const double root = std::sqrt(product);
+  return cases / root * ((triples + rest) / (root + a));
 }
 
-// The length of v - w when phi is the cosine of the angle between them.
-double hybrid(double v, double w, double phi) {
-  return std::sqrt(v * v + w * w - 2.0 * phi * v * w);
+// 1 less the correlation of the two measurements; missing when it cannot be formed. The three cases
+// of a positive A, and the tolerance, are as they are on purpose.
+double correlationComplement(const PairedCounts& counts) {
+  if (counts.n1p() == 0.0 || counts.n0p() == 0.0 || counts.np1() == 0.0 || counts.np0() == 0.0)
+    return 1.0;
+  const double cases = counts.cases();
+  const double a = counts.n00 * counts.n11 - counts.n01 * counts.n10;
+  if (std::fabs(2.0 * a - cases) < 1e-12) return 1.0;
+  const double product = counts.n0p() * counts.n1p() * counts.np1() * counts.np0();
+  if (!(product > 0.0)) return MCMV::Missing;
+  if (!(a > 0.0)) return 1.0 - a / std::sqrt(product);
+  const bool corrected = 2.0 * a > cases;
+  return complementOf(counts, corrected ? a - cases / 2.0 : a, corrected, product);
+}
+
+// The length of v - w when phi is the cosine of the angle between them: the root of
+// v^2 + w^2 - 2 phi v w as (v - w)^2 + 2 (1 - phi) v w, which is never negative.
+double hybrid(double v, double w, double apart, double complement) {
+  return std::sqrt(apart * apart + 2.0 * complement * v * w);
 }
 
 }  // namespace
@@ -87,15 +101,22 @@ Interval bonettPrice(const PairedCounts& counts, const CriticalValues& critical)
 
 Interval newcombe(const PairedCounts& counts, const CriticalValues& critical) {
   const double cases = counts.cases();
-  const double p1 = counts.prop1();
-  const double p2 = counts.prop2();
-  const auto [l1, u1] = wilsonBounds(p1, cases, critical.z);
-  const auto [l2, u2] = wilsonBounds(p2, cases, critical.z);
-  const double phi = correlation(counts);
-  if (phi == MCMV::Missing) return {};
+  const double complement = correlationComplement(counts);
+  if (complement == MCMV::Missing) return {};
+  const double z = critical.z;
+  const Distances first = wilsonDistances(counts.n1p(), counts.n0p(), z);
+  const Distances second = wilsonDistances(counts.np1(), counts.np0(), z);
   const double difference = counts.difference();
-  return inDifferenceRange(difference - hybrid(p1 - l1, u2 - p2, phi),
-                           difference + hybrid(u1 - p1, p2 - l2, phi));
+  // first.below - second.above and second.below - first.above, without taking differences of what
+  // is nearly equal: both have the factor z^2 / N (p1 + p2 - 1) / d.
+  const double halves =
+      wilsonHalf(counts.n1p(), counts.n0p(), z) + wilsonHalf(counts.np1(), counts.np0(), z);
+  const double share = halves > 0.0 ? difference / halves : 0.0;
+  const double perCase = z * z / cases;
+  const double common = perCase * ((counts.n11 - counts.n00) / cases) / (1.0 + perCase);
+  return inDifferenceRange(
+      difference - hybrid(first.below, second.above, common * (1.0 - share), complement),
+      difference + hybrid(first.above, second.below, common * (1.0 + share), complement));
 }
 
 Interval wald(const PairedCounts& counts, const CriticalValues& critical) {

@@ -15,4 +15,19 @@ Interval wilsonBounds(double proportion, double trials, double z);
 // 0 and n successes: a bound is NaN when its radicand is negative. Newcombe 1998, method 4.
 Interval correctedWilsonBounds(double successes, double proportion, double trials, double z);
 
+// How far the bounds of the two intervals lie from the proportion successes / (successes +
+// failures), which is what intervals for a difference are made of. Formed as distances, so that
+// bounds near the proportion take no digits: below = (h + z^2 / n (p - 1/2)) / d and
+// above = (h + z^2 / n (1/2 - p)) / d, neither negative. Counts of more than 0 trials, z >= 0.
+struct Distances {
+  double below, above;
+};
+Distances wilsonDistances(double successes, double failures, double z);
+
+// Of the corrected interval: may be negative, and NaN as its bounds are.
+Distances correctedWilsonDistances(double successes, double failures, double z);
+
+// h = z sqrt(p (1 - p) / n + z^2 / (4 n^2)).
+double wilsonHalf(double successes, double failures, double z);
+
 }  // namespace statistics

@@ -69,15 +69,15 @@ TEST(StirlingError, MatchesTheGammaFunction) {
   constexpr double kHalfLog2Pi = 0.9189385332046728;
   for (double z = 0.1; z < 40; z += 0.1) {
     const double direct = std::lgamma(z) - ((z - 0.5) * std::log(z) - z + kHalfLog2Pi);
-    EXPECT_NEAR(stirlingError(z), direct, 3e-14) << z;
+    EXPECT_NEAR(stirlingError(z).hi, direct, 3e-14) << z;
   }
 }
 
 TEST(StirlingError, JoinsItsRegimes) {
   for (double z = 0.5; z <= 16; z += 0.5) {
     const double step = 1e-9;
-    const double between = (stirlingError(z - step) + stirlingError(z + step)) / 2;
-    EXPECT_NEAR(stirlingError(z), between, 5e-17) << z;
+    const double between = (stirlingError(z - step).hi + stirlingError(z + step).hi) / 2;
+    EXPECT_NEAR(stirlingError(z).hi, between, 5e-17) << z;
   }
 }
 

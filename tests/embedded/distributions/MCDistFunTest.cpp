@@ -48,10 +48,10 @@ TEST(IdfBeta, IsMissingOutsideItsDomain) {
   EXPECT_EQ(MCDistFun::IdfBeta(0.5, 2, 0), MCMV::Missing);
 }
 
-TEST(IdfBeta, IsAValueForShapesFromOneSixteenth) {
-  for (double a = 0.0625; a < 1e14; a *= 7) {
-    for (double b = 0.0625; b < 1e14; b *= 7) {
-      for (const double p : {1e-300, 1e-12, 0.3, 0.5, 0.9, 1 - 1e-15}) {
+TEST(IdfBeta, IsAValueForEveryShape) {
+  for (double a = 1e-25; a < 1e105; a *= 700) {
+    for (double b = 1e-25; b < 1e105; b *= 700) {
+      for (const double p : {5e-324, 1e-300, 1e-12, 0.3, 0.5, 0.9, 1 - 1e-15, b / (a + b)}) {
         const double x = MCDistFun::IdfBeta(p, a, b);
         EXPECT_TRUE(x >= 0 && x <= 1) << p << " " << a << " " << b << ": " << x;
       }

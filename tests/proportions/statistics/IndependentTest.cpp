@@ -142,4 +142,17 @@ TEST(IndependentTests, TakeTheLowerTailOfANegativeDifference) {
   EXPECT_EQ(result.oneSided, MCDistFun::CdfStdNorm(result.statistic));
 }
 
+// Successes and failures exchanged turn the difference round. Where nearly all are successes this
+// once cost Newcombe's intervals all digits, and those with added counts some.
+TEST(IndependentIntervals, KeepTheirDigitsWhereNearlyAllSucceed) {
+  const IndependentCounts few{3.0, 1e12, 50.0, 2e12};
+  const IndependentCounts most{1e12, 3.0, 2e12, 50.0};
+  for (const auto& method : independentIntervals) {
+    const Interval low = method.compute(few, at95);
+    const Interval high = method.compute(most, at95);
+    EXPECT_NEAR(low.lower / -high.upper, 1.0, 1e-15) << method.keyword;
+    EXPECT_NEAR(low.upper / -high.lower, 1.0, 1e-15) << method.keyword;
+  }
+}
+
 }  // namespace

@@ -44,6 +44,14 @@ TEST(PairedEstimates, OfConcordantCasesAreIncomplete) {
   EXPECT_EQ(equal.aseDiff1, 0.0);
 }
 
+TEST(PairedEstimates, HoldTheShareOfEachCell) {
+  const PairedEstimates result = estimate(PairedCounts{3, 1, 2, 4});
+  EXPECT_EQ(result.p11, 0.3);
+  EXPECT_EQ(result.p10, 0.1);
+  EXPECT_EQ(result.p01, 0.2);
+  EXPECT_EQ(result.p00, 0.4);
+}
+
 TEST(PairedEstimates, HaveNoErrorOfAnEmptyMargin) {
   const PairedEstimates none = estimate(PairedCounts{0, 0, 3, 7});
   EXPECT_EQ(none.prop1, 0.0);

@@ -48,8 +48,10 @@ double CdfStdNorm(double) {
 double IdfBeta(const double&, const double&, const double&) {
   return answer("IdfBeta", 0.25);
 }
-double CdfBin(double x, double, double, long& error) {
-  return answer("CdfBin", x < 4.0 ? 0.25 : 0.375, error);
+double CdfBin(double x, double trials, double, long& error) {
+  // Of a thousand trials nearly all lies below.
+  const double tail = trials == 1000.0 ? 0.875 : x < 4.0 ? 0.25 : 0.375;
+  return answer("CdfBin", tail, error);
 }
 double PdfBin(double, double, double, long& error) {
   return answer("PdfBin", 0.125, error);
@@ -109,6 +111,12 @@ TEST_F(DistributionFailures, OfTheObservedProbabilityLeaveOnlyMidPMissing) {
   EXPECT_EQ(exactTest(fourOfTen).oneSided, 0.375);
   EXPECT_EQ(calls("PdfBin"), 0);
   expectMissing(midpTest(fourOfTen));
+}
+
+TEST_F(DistributionFailures, OfTheObservedProbabilityLeaveAnUpperTailItsDifference) {
+  fail("PdfBin", 1);
+  EXPECT_EQ(exactTest(OneSampleCounts{600, 400, 0.5}).oneSided, 0.125);
+  EXPECT_EQ(calls("PdfBin"), 1);
 }
 
 TEST_F(DistributionFailures, LeaveNormalTestsTheirStatistic) {
