@@ -93,3 +93,9 @@ void PRPAlgorithm::StartComputation() {
   fNAllCases = fNValidCases = fNInvalidCases = 0;
   fWeightedNAllCases = fWeightedNValidCases = fWeightedNInvalidCases = 0.0;
 }
+
+bool PRPAlgorithm::StopWithoutData(std::string_view plain, std::string_view split) {
+  fbGoodData = false;
+  WarnGroup(plain, split);
+  return false;
+}

@@ -112,6 +112,10 @@ class PRPAlgorithm {
   bool Classify(const ProcDSIterator& iterator, CaseVars& vars, Codes& codes);
   // Closes the first pass. True when the group had valid cases.
   bool EndInitialPass();
+  // Reads the group for the second time and hands every valid case to `count`: the codes of both
+  // lists, the group and the rounded weight.
+  template <class Count>
+  void TallyCases(ProcDSIterator& iterator, Count count);
 
   // --- Pooling ----------------------------------------------------------------------------------
 
@@ -140,6 +144,8 @@ class PRPAlgorithm {
   std::unique_ptr<BpCellText> MakePairCellText(const PropZPairSamp& record) const;
   // Warns that a group has too few valid cases; with its split values when there are any.
   void WarnGroup(std::string_view plain, std::string_view split) const;
+  // The same for one test variable of the first list, ^1 of the texts.
+  void WarnVariable(std::int32_t varInd, std::string_view plain, std::string_view split) const;
   // The same for a variable or a pair, named by the arguments.
   void WarnPart(std::string_view plain, std::string_view split,
                 std::initializer_list<const BpCellText*> arguments) const;
@@ -148,9 +154,14 @@ class PRPAlgorithm {
 
   // Sets the critical values and the counts of cases back: what every design begins with.
   void StartComputation();
+  // Estimates every record from its counts; whether any of them has usable data.
+  template <class Record, class... Arguments>
+  static bool EstimateAll(std::vector<Record>& records, Arguments... arguments);
+  // Warns that there is nothing to compute in the group. Always false: what the computation then
+  // returns.
+  bool StopWithoutData(std::string_view plain, std::string_view split);
 
   bool ComputeOneSample(ProcDSIterator& iterator);
-  void TallyOneSample(ProcDSIterator& iterator);
   void AddOneSampCITable(const PropZOneSamp& record) const;
   void AddOneSampTestsTable(const PropZOneSamp& record) const;
 
@@ -165,7 +176,6 @@ class PRPAlgorithm {
   bool ComputeIndependentSamples(ProcDSIterator& iterator);
   // Whether one of the groups had a case.
   bool TallyIndependentSamples(ProcDSIterator& iterator);
-  bool StopWithoutGroups();
   void AddIndGroupStatsTable(const PropZIndSamp& record) const;
   void AddIndCITable(const PropZIndSamp& record) const;
   void AddIndTestsTable(const PropZIndSamp& record) const;
@@ -241,6 +251,27 @@ class PRPAlgorithm {
   CaseVars fvCaseVars2;
   std::optional<PRPCaseVar> fGroupCaseVar;
 };
+
+template <class Count>
+void PRPAlgorithm::TallyCases(ProcDSIterator& iterator, Count count) {
+  Codes codes;
+  Codes codes2;
+  std::int32_t group = -1;
+  double weight = 1.0;
+  BeginPass();
+  while (ReadCase(iterator, codes, codes2, group, weight)) count(codes, codes2, group, weight);
+  EndPass();
+}
+
+template <class Record, class... Arguments>
+bool PRPAlgorithm::EstimateAll(std::vector<Record>& records, Arguments... arguments) {
+  bool anyGood = false;
+  for (Record& record : records) {
+    record.Estimate(arguments...);
+    anyGood |= record._bGoodData;
+  }
+  return anyGood;
+}
 
 // The label of a test variable by its success definition; null when the rule has none.
 std::unique_ptr<BpCellText> MakeSuccCellText(const KORA_Variable& variable, const BinInfoElem& elem,

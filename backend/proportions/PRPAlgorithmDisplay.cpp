@@ -25,6 +25,24 @@ void DisplayCount(std::string_view label, std::int64_t count) {
   DisplayI(label, static_cast<std::int32_t>(std::min(count, largest)));
 }
 
+// The lines that end the dump of a record in every design.
+template <class Record>
+void DisplayErrorsAndFlags(const Record& record) {
+  DisplayD("_aseDiff0", record._aseDiff0);
+  DisplayD("_aseDiff1", record._aseDiff1);
+  DisplayB("Good Data indicator", record._bGoodData);
+  DisplayB("Complete Data indicator", record._bCompleteData);
+}
+
+// Those of a record that compares two proportions.
+template <class Record>
+void DisplayComparison(const Record& record) {
+  DisplayD("Estimated difference", record._estDiff);
+  DisplayD("Asymtotic standard error for the first proportion", record._ase1);
+  DisplayD("Asymtotic standard error for the second proportion", record._ase2);
+  DisplayErrorsAndFlags(record);
+}
+
 template <class Records>
 void DisplayAll(const Records& records) {
   for (const auto& record : records) record.Display();
@@ -68,10 +86,7 @@ void PropZOneSamp::Display() const {
   DisplayD("Number of trials", _nTrials);
   DisplayD("Population proportion", _prop);
   DisplayD("Estimated difference", _estDiff);
-  DisplayD("_aseDiff0", _aseDiff0);
-  DisplayD("_aseDiff1", _aseDiff1);
-  DisplayB("Good Data indicator", _bGoodData);
-  DisplayB("Complete Data indicator", _bCompleteData);
+  DisplayErrorsAndFlags(*this);
   PRPDisplayLine("PropZOneSamp display end");
 }
 
@@ -95,13 +110,7 @@ void PropZPairSamp::Display() const {
   DisplayD("_p00", _p00);
   DisplayD("Proportion for the first measurement", _prop1);
   DisplayD("Proportion for the second measurement", _prop2);
-  DisplayD("Estimated difference", _estDiff);
-  DisplayD("Asymtotic standard error for the first proportion", _ase1);
-  DisplayD("Asymtotic standard error for the second proportion", _ase2);
-  DisplayD("_aseDiff0", _aseDiff0);
-  DisplayD("_aseDiff1", _aseDiff1);
-  DisplayB("Good Data indicator", _bGoodData);
-  DisplayB("Complete Data indicator", _bCompleteData);
+  DisplayComparison(*this);
   PRPDisplayLine("PropZPairSamp display end");
 }
 
@@ -117,13 +126,7 @@ void PropZIndSamp::Display() const {
   DisplayD("Number of observations", _nObs);
   DisplayD("Population proportion for group 1", _prop1);
   DisplayD("Population proportion for group 2", _prop2);
-  DisplayD("Estimated difference", _estDiff);
-  DisplayD("Asymtotic standard error for the first proportion", _ase1);
-  DisplayD("Asymtotic standard error for the second proportion", _ase2);
-  DisplayD("_aseDiff0", _aseDiff0);
-  DisplayD("_aseDiff1", _aseDiff1);
-  DisplayB("Good Data indicator", _bGoodData);
-  DisplayB("Complete Data indicator", _bCompleteData);
+  DisplayComparison(*this);
   PRPDisplayLine("PropZIndSamp display end");
 }
 

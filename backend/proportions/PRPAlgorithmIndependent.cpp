@@ -31,20 +31,14 @@ class GroupColumns {
 bool PRPAlgorithm::ComputeIndependentSamples(ProcDSIterator& iterator) {
   StartComputation();
   const bool anyCases = TallyIndependentSamples(iterator);
-  bool anyGood = false;
-  for (PropZIndSamp& record : fvPropZIndSamp) {
-    record.Estimate();
-    anyGood |= record._bGoodData;
-  }
-  if (!anyCases || !anyGood) return StopWithoutGroups();
+  const bool anyGood = EstimateAll(fvPropZIndSamp);
+  if (!anyCases || !anyGood)
+    return StopWithoutData("Not enough valid cases group ...",
+                           "Not enough valid cases group for split [%1 = %2:,^1 = ^2:]1 ...");
   for (const PropZIndSamp& record : fvPropZIndSamp) {
-    if (!record._bGoodData) {
-      const BpVariable variable(GetTestVar(PRPAggregation::List1, record._varInd).variable,
-                                BpVariable::ShowAsPreferred);
-      WarnPart("Not enough valid cases var ^1 group ...",
-               "Not enough valid cases var ^1 group for split [%1 = %2:,^1 = ^2:]2 ...",
-               {&variable});
-    }
+    if (!record._bGoodData)
+      WarnVariable(record._varInd, "Not enough valid cases var ^1 group ...",
+                   "Not enough valid cases var ^1 group for split [%1 = %2:,^1 = ^2:]2 ...");
     AddIndGroupStatsTable(record);
     AddIndCITable(record);
     AddIndTestsTable(record);
@@ -53,29 +47,13 @@ bool PRPAlgorithm::ComputeIndependentSamples(ProcDSIterator& iterator) {
 }
 
 bool PRPAlgorithm::TallyIndependentSamples(ProcDSIterator& iterator) {
-  Codes codes;
-  Codes codes2;
-  std::int32_t group = -1;
-  double weight = 1.0;
-  double weight1 = 0.0;
-  double weight2 = 0.0;
-  BeginPass();
-  while (ReadCase(iterator, codes, codes2, group, weight)) {
-    if (group == 0) weight1 += weight;
-    if (group == 1) weight2 += weight;
+  bool anyCases = false;
+  TallyCases(iterator, [&](const Codes& codes, const Codes&, std::int32_t group, double weight) {
+    anyCases |= group == 0 || group == 1;
     for (PropZIndSamp& record : fvPropZIndSamp)
       record.Count(group, codes[static_cast<std::size_t>(record._varInd)], weight);
-  }
-  EndPass();
-  return weight1 > 0.0 || weight2 > 0.0;
-}
-
-// Warns that there is nothing to compare. Always false: what the computation then returns.
-bool PRPAlgorithm::StopWithoutGroups() {
-  WarnGroup("Not enough valid cases group ...",
-            "Not enough valid cases group for split [%1 = %2:,^1 = ^2:]1 ...");
-  fbGoodData = false;
-  return false;
+  });
+  return anyCases;
 }
 
 void PRPAlgorithm::AddIndGroupStatsTable(const PropZIndSamp& record) const {

@@ -209,6 +209,12 @@ void PRPAlgorithm::WarnGroup(std::string_view plain, std::string_view split) con
   IssueWarning(text);
 }
 
+void PRPAlgorithm::WarnVariable(std::int32_t varInd, std::string_view plain,
+                                std::string_view split) const {
+  const BpVariable variable = VariableText(GetTestVar(PRPAggregation::List1, varInd).variable);
+  WarnPart(plain, split, {&variable});
+}
+
 void PRPAlgorithm::WarnPart(std::string_view plain, std::string_view split,
                             std::initializer_list<const BpCellText*> arguments) const {
   BpComposite text(fbSplitFile ? split : plain, true);

@@ -49,41 +49,21 @@ class TestValueColumn {
 
 bool PRPAlgorithm::ComputeOneSample(ProcDSIterator& iterator) {
   StartComputation();
-  TallyOneSample(iterator);
-  bool anyGood = false;
-  for (PropZOneSamp& record : fvPropZOneSamp) {
-    record.Estimate(fTestValue);
-    anyGood |= record._bGoodData;
-  }
-  if (!anyGood) {
-    fbGoodData = false;
-    WarnGroup("Not enough valid cases ...",
-              "Not enough valid cases for split [%1 = %2:,^1 = ^2:]1 ...");
-    return false;
-  }
+  TallyCases(iterator, [&](const Codes& codes, const Codes&, std::int32_t, double weight) {
+    for (PropZOneSamp& record : fvPropZOneSamp)
+      record.Count(codes[static_cast<std::size_t>(record._varInd)], weight);
+  });
+  if (!EstimateAll(fvPropZOneSamp, fTestValue))
+    return StopWithoutData("Not enough valid cases ...",
+                           "Not enough valid cases for split [%1 = %2:,^1 = ^2:]1 ...");
   for (const PropZOneSamp& record : fvPropZOneSamp) {
-    if (!record._bGoodData) {
-      const BpVariable variable(GetTestVar(PRPAggregation::List1, record._varInd).variable,
-                                BpVariable::ShowAsPreferred);
-      WarnPart("Not enough valid cases var ^1 ...",
-               "Not enough valid cases var ^1 for split [%1 = %2:,^1 = ^2:]2 ...", {&variable});
-    }
+    if (!record._bGoodData)
+      WarnVariable(record._varInd, "Not enough valid cases var ^1 ...",
+                   "Not enough valid cases var ^1 for split [%1 = %2:,^1 = ^2:]2 ...");
     AddOneSampCITable(record);
     AddOneSampTestsTable(record);
   }
   return true;
-}
-
-void PRPAlgorithm::TallyOneSample(ProcDSIterator& iterator) {
-  Codes codes;
-  Codes codes2;
-  std::int32_t group = -1;
-  double weight = 1.0;
-  BeginPass();
-  while (ReadCase(iterator, codes, codes2, group, weight))
-    for (PropZOneSamp& record : fvPropZOneSamp)
-      record.Count(codes[static_cast<std::size_t>(record._varInd)], weight);
-  EndPass();
 }
 
 void PRPAlgorithm::AddOneSampCITable(const PropZOneSamp& record) const {

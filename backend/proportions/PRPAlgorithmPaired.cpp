@@ -30,17 +30,9 @@ class MeasurementColumns {
 bool PRPAlgorithm::ComputePairedSamples(ProcDSIterator& iterator) {
   StartComputation();
   TallyPairedSamples(iterator);
-  bool anyGood = false;
-  for (PropZPairSamp& record : fvPropZPairSamp) {
-    record.Estimate();
-    anyGood |= record._bGoodData;
-  }
-  if (!anyGood) {
-    fbGoodData = false;
-    WarnGroup("Not enough valid cases ...",
-              "Not enough valid cases for split [%1 = %2:,^1 = ^2:]1 ...");
-    return false;
-  }
+  if (!EstimateAll(fvPropZPairSamp))
+    return StopWithoutData("Not enough valid cases ...",
+                           "Not enough valid cases for split [%1 = %2:,^1 = ^2:]1 ...");
   for (const PropZPairSamp& record : fvPropZPairSamp) {
     if (!record._bGoodData) WarnPair(record);
     AddPairStatsTable(record);
@@ -51,17 +43,13 @@ bool PRPAlgorithm::ComputePairedSamples(ProcDSIterator& iterator) {
 }
 
 void PRPAlgorithm::TallyPairedSamples(ProcDSIterator& iterator) {
-  Codes codes;
-  Codes codes2;
-  std::int32_t group = -1;
-  double weight = 1.0;
-  BeginPass();
-  const Codes& second = fvpVarCatInfo2.empty() ? codes : codes2;
-  while (ReadCase(iterator, codes, codes2, group, weight))
+  const bool oneList = fvpVarCatInfo2.empty();
+  TallyCases(iterator, [&](const Codes& codes, const Codes& codes2, std::int32_t, double weight) {
+    const Codes& second = oneList ? codes : codes2;
     for (PropZPairSamp& record : fvPropZPairSamp)
       record.Count(codes[static_cast<std::size_t>(record._varInd1)],
                    second[static_cast<std::size_t>(record._varInd2)], weight);
-  EndPass();
+  });
 }
 
 PRPAlgorithm::TestVar PRPAlgorithm::GetSecondVar(const PropZPairSamp& record) const {

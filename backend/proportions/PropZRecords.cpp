@@ -3,6 +3,30 @@
 #include "PropZOneSamp.h"
 #include "PropZPairSamp.h"
 
+namespace {
+
+// What the records of all designs take over from their estimates.
+template <class Record, class Estimates>
+void TakeDifference(Record& record, const Estimates& estimates) {
+  record._estDiff = estimates.estDiff;
+  record._aseDiff0 = estimates.aseDiff0;
+  record._aseDiff1 = estimates.aseDiff1;
+  record._bGoodData = estimates.goodData;
+  record._bCompleteData = estimates.completeData;
+}
+
+// And those that compare two proportions.
+template <class Record, class Estimates>
+void TakeComparison(Record& record, const Estimates& estimates) {
+  record._prop1 = estimates.prop1;
+  record._prop2 = estimates.prop2;
+  record._ase1 = estimates.ase1;
+  record._ase2 = estimates.ase2;
+  TakeDifference(record, estimates);
+}
+
+}  // namespace
+
 // --- One sample ---------------------------------------------------------------------------------
 
 void PropZOneSamp::Count(std::int32_t code, double weight) {
@@ -22,11 +46,7 @@ statistics::OneSampleCounts PropZOneSamp::Counts(double testValue) const {
 void PropZOneSamp::Estimate(double testValue) {
   const statistics::OneSampleEstimates estimates = statistics::estimate(Counts(testValue));
   _prop = estimates.prop;
-  _estDiff = estimates.estDiff;
-  _aseDiff0 = estimates.aseDiff0;
-  _aseDiff1 = estimates.aseDiff1;
-  _bGoodData = estimates.goodData;
-  _bCompleteData = estimates.completeData;
+  TakeDifference(*this, estimates);
 }
 
 // --- Paired samples -----------------------------------------------------------------------------
@@ -51,15 +71,7 @@ void PropZPairSamp::Estimate() {
   _p10 = estimates.p10;
   _p01 = estimates.p01;
   _p00 = estimates.p00;
-  _prop1 = estimates.prop1;
-  _prop2 = estimates.prop2;
-  _estDiff = estimates.estDiff;
-  _ase1 = estimates.ase1;
-  _ase2 = estimates.ase2;
-  _aseDiff0 = estimates.aseDiff0;
-  _aseDiff1 = estimates.aseDiff1;
-  _bGoodData = estimates.goodData;
-  _bCompleteData = estimates.completeData;
+  TakeComparison(*this, estimates);
 }
 
 // --- Independent samples ------------------------------------------------------------------------
@@ -82,13 +94,5 @@ statistics::IndependentCounts PropZIndSamp::Counts() const {
 
 void PropZIndSamp::Estimate() {
   const statistics::IndependentEstimates estimates = statistics::estimate(Counts());
-  _prop1 = estimates.prop1;
-  _prop2 = estimates.prop2;
-  _estDiff = estimates.estDiff;
-  _ase1 = estimates.ase1;
-  _ase2 = estimates.ase2;
-  _aseDiff0 = estimates.aseDiff0;
-  _aseDiff1 = estimates.aseDiff1;
-  _bGoodData = estimates.goodData;
-  _bCompleteData = estimates.completeData;
+  TakeComparison(*this, estimates);
 }

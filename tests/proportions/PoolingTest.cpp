@@ -116,6 +116,21 @@ TEST(Pooling, PoolsByTheLaterOfTwoPoolingVariables) {
   EXPECT_THAT(dumped(host, "Pooling Variable Index"), ElementsAre(1.0, 1.0));
 }
 
+TEST(Pooling, SetsBothFlagsWithBothPoolingVariables) {
+  const scripted::DataSet data{
+      .variables = {numeric("IMPUTATION_", {0, 0}), numeric("$bootstrap_split", {0, 1}),
+                    numeric("v", {1, 2})},
+      .splits = {"IMPUTATION_", "$bootstrap_split"},
+      .splitsAsRows = true,
+      .bootstrapping = true};
+  Host flags(data, command("LAST"));
+  EXPECT_THAT(dumped(flags, "Multiple Imputation flag"), ElementsAre(1.0, 1.0));
+  Host bootstrap(data, command("LAST"));
+  EXPECT_THAT(dumped(bootstrap, "Bootstrapping flag"), ElementsAre(1.0, 1.0));
+  // Neither is then a split of the user's: there is no key to match by.
+  EXPECT_EQ(flags.log.count("ObsVecMap"), 0u);
+}
+
 // --- The pooling index --------------------------------------------------------------------------
 
 TEST(Pooling, RoundsThePoolingValue) {
@@ -155,6 +170,48 @@ TEST(Pooling, JudgesSamplesByTheExtremesOfTheFirstGroupWithoutUserSplits) {
   EXPECT_EQ(host.log.count("ObsVecMap"), 0u);
 }
 
+TEST(Pooling, TakesTheFirstGroupForTheOriginalWhateverItsNumber) {
+  Host host(samples({4, 5, 6}, {9, 2, 5}), command("LAST"));
+  EXPECT_THAT(dumped(host, "Maximum numeric value"), ElementsAre(9.0, 9.0, 9.0));
+}
+
+TEST(Pooling, LeavesTheExtremesOfOriginalsAlone) {
+  Host host(samples({0, 0.4, 1}, {9, 2, 5}), command("LAST"));
+  EXPECT_THAT(dumped(host, "Maximum numeric value"), ElementsAre(9.0, 2.0, 9.0));
+}
+
+TEST(Pooling, CountsWhatTheOriginalCallsASuccess) {
+  Host host(samples({0, 0, 1, 1, 1}, {1, 3, 2, 2, 3}), command("LAST"));
+  EXPECT_THAT(dumped(host, "Number of successes"), ElementsAre(1.0, 1.0));
+}
+
+TEST(Pooling, HandsOverTheExtremesOfBothListsOfPairs) {
+  scripted::DataSet data = samples({0, 0, 1, 1}, {1, 3, 2, 2});
+  data.variables.push_back(numeric("u", {5, 9, 6, 7}));
+  Host host(data, {scripted::paired({"v", "WITH", "u"}), success(qualified("VALUE", "MIDPOINT"))});
+  EXPECT_THAT(dumped(host, "Middle point"), ElementsAre(2.0, 7.0, 2.0, 7.0));
+}
+
+TEST(Pooling, DividesGroupsAtTheMidpointOfTheOriginal) {
+  scripted::DataSet data = samples({0, 0, 1, 1}, {1, 0, 1, 0});
+  data.variables.push_back(numeric("g", {10, 30, 2, 4}));
+  Host host(data, {scripted::independent({"v", "BY", "g"}, {qualified("SELECT", "MIDPOINT")}),
+                   success(scripted::cutPoint("VALUE", 1))});
+  // Both cases of the sample lie below 20.
+  EXPECT_THAT(dumped(host, "Number of trials for group 1"), ElementsAre(1.0, 2.0));
+}
+
+TEST(Pooling, KeepsTheGroupingMidpointOfASampleWhenOnlySuccessesArePooled) {
+  scripted::DataSet data = samples({0, 0, 1, 1}, {1, 0, 1, 0});
+  data.variables.push_back(numeric("g", {1, 2, 2, 1}));
+  Host host(data, {scripted::independent({"v", "BY", "g"}), success(qualified("VALUE", "LAST"))});
+  EXPECT_THAT(dumped(host, "Need select aggregation flag"), ElementsAre(0.0, 0.0));
+  Numbers middles;
+  for (const scripted::Line& line : host.log.lines)
+    if (line.label == "Middle point") middles.push_back(line.numbers[0]);
+  EXPECT_THAT(middles, ElementsAre(0.5, 0.5));
+}
+
 TEST(Pooling, HandsOverTheFiveExtremesButNotTheFlag) {
   Host host(samples({0, 0, 1, 1}, {Gone, Gone, 2, 4}), command("MIDPOINT"));
   EXPECT_THAT(dumped(host, "Middle point"), ElementsAre(Gone, Gone));
@@ -191,6 +248,42 @@ TEST(Pooling, RefusesImputationsWithoutAnOriginal) {
   EXPECT_THAT(host.log.messageIds(), ElementsAre("Impute split values not consistent ..."));
 }
 
+// The original group of "b" has no valid case, so it has no key that its samples could match.
+TEST(Pooling, RefusesSamplesWhoseOriginalHasNoValidCase) {
+  scripted::DataSet data = userSplits({"a", "b", "a", "b"});
+  data.variables.push_back(numeric("w", {1, 0, 1, 1}));
+  data.weight = "w";
+  Host host(data, command("LAST"));
+  host.run();
+  EXPECT_THAT(host.log.messageIds(),
+              ElementsAre("NoValidCasesSplit", "Boot split values not consistent ..."));
+  EXPECT_THAT(host.log.tables, IsEmpty());
+}
+
+TEST(Pooling, TakesASampleWithoutValidCasesForAnOriginalThatNobodyMatches) {
+  scripted::DataSet data = userSplits({"a", "b", "a", "c"});
+  data.variables.push_back(numeric("w", {1, 1, 1, 0}));
+  data.weight = "w";
+  Host host(data, command("LAST"));
+  EXPECT_THAT(dumped(host, "Maximum numeric value"), ElementsAre(1.0, 5.0, 1.0, Gone));
+  EXPECT_THAT(host.log.messageIds(), ElementsAre("NoValidCasesSplit"));
+}
+
+// Two originals of one key: the first one counts.
+TEST(Pooling, MatchesTheFirstOfTwoOriginalsAlike) {
+  scripted::DataSet data = userSplits({"a", "a", "a", "a"});
+  data.variables[0] = numeric("$bootstrap_split", {0, 0.25, 1, 2});
+  Host host(data, command("LAST"));
+  EXPECT_THAT(dumped(host, "Maximum numeric value"), ElementsAre(1.0, 5.0, 1.0, 1.0));
+}
+
+TEST(Pooling, ReadsNoKeyWithoutUserSplits) {
+  Host host(samples({0, 1, 9}, {1, 2, 3}), command("LAST"));
+  host.run();
+  EXPECT_THAT(host.log.messageIds(), IsEmpty());
+  EXPECT_EQ(host.log.count("ObsVecMap"), 0u);
+}
+
 // --- Recorded values ----------------------------------------------------------------------------
 
 scripted::DataSet rows() {
@@ -210,6 +303,39 @@ TEST(Pooling, RecordsNoSmallestValueOfTheFirstList) {
   Host host(rows(), command("FIRST"));
   host.run();
   EXPECT_EQ(labelsOf(host, 0), nlohmann::json({nullptr, 1.0}));
+}
+
+TEST(Pooling, RecordsTheSmallestStringOfTheFirstList) {
+  Host host(
+      {.variables = {numeric("k", {1, 1, 2, 2}), scripted::text("s", 2, {"b", "a", "d", "c"})},
+       .splits = {"k"},
+       .splitsAsRows = true},
+      {oneSample({"s"}), success(qualified("VALUE", "FIRST"))});
+  host.run();
+  EXPECT_EQ(labelsOf(host, 0), nlohmann::json({"a", "c", "a"}));
+}
+
+TEST(Pooling, RecordsTheMidpointsOfOrdinarySplits) {
+  Host host(rows(), command("MIDPOINT"));
+  host.run();
+  EXPECT_EQ(labelsOf(host, 0), nlohmann::json({2.0, 5.0, 5.0}));
+}
+
+TEST(Pooling, RecordsNothingOfAGroupWithoutValidCases) {
+  scripted::DataSet data = rows();
+  data.variables.push_back(numeric("w", {1, 1, 0, 0}));
+  data.weight = "w";
+  Host host(data, command("LAST"));
+  host.run();
+  EXPECT_EQ(labelsOf(host, 0), nlohmann::json({9.0, 9.0}));
+}
+
+TEST(Pooling, RecordsTheMissingValueOfAGroupWithoutValues) {
+  scripted::DataSet data = rows();
+  data.variables[1] = numeric("v", {1, 9, Gone, Gone});
+  Host host(data, command("LAST"));
+  host.run();
+  EXPECT_EQ(labelsOf(host, 0), nlohmann::json({nullptr, 9.0, 9.0}));
 }
 
 TEST(Pooling, RecordsTheSmallestValueOfTheSecondList) {
