@@ -5,6 +5,7 @@
 #include "DictionaryBuilder.h"
 #include "DuckDbRelation.h"
 #include "Schema.h"
+#include "SqlRelation.h"
 
 namespace embedded::data {
 namespace {
@@ -13,6 +14,12 @@ Schema schemaFor(const DataOptions& options, const DataAddress& address) {
   const std::string dataFile = address.files.empty() ? "" : address.files.front();
   if (!options.schema.empty()) return readSchema(options.schema, dataFile);
   return dataFile.empty() ? Schema{} : findSchema(dataFile);
+}
+
+std::unique_ptr<Relation> relationOf(const DataAddress& address, const DataOptions& options,
+                                     const Schema& schema) {
+  if (address.server) return openServer(address.text, *address.server, options.timeout);
+  return openDuckDb(address, {options.threads, options.memory, nullTextsOf(schema)});
 }
 
 output::DataInfo infoOf(Relation& relation, const Dictionary& dictionary) {
@@ -32,11 +39,12 @@ output::DataInfo infoOf(Relation& relation, const Dictionary& dictionary) {
 OpenedData openData(const DataOptions& options) {
   const DataAddress address = parseAddress(options.address);
   const Schema schema = schemaFor(options, address);
-  std::unique_ptr<Relation> relation =
-      openDuckDb(address, {options.threads, options.memory, nullTextsOf(schema)});
+  std::unique_ptr<Relation> relation = relationOf(address, options, schema);
   DictionaryPlan plan = buildDictionary(*relation, schema);
   if (options.weight) setWeight(plan.dictionary, *options.weight);
   if (options.splits) setSplits(plan.dictionary, *options.splits);
+  if (options.imputation)
+    setImputation(plan.dictionary, *options.imputation, options.splits.has_value());
   OpenedData opened;
   opened.info = infoOf(*relation, plan.dictionary);
   opened.cases = std::make_unique<RelationCases>(std::move(relation), plan.dictionary,

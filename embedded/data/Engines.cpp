@@ -1,0 +1,51 @@
+// The table of engines, and the loading of their libraries.
+#include "Engines.h"
+
+#include <dlfcn.h>
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <string>
+
+#include "EngineMessages.h"
+
+namespace embedded::data {
+namespace {
+
+constexpr std::array engines{
+    ServerEngine{"clickhouse", 8123, "CLICKHOUSE_PASSWORD"},
+    ServerEngine{"postgresql", 5432, "PGPASSWORD"},
+};
+
+// Beside the program as it is built and installed, else wherever the system looks.
+void* openLibrary(const std::string& file) {
+  std::error_code error;
+  const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+  const auto beside = program.parent_path().parent_path() / "lib" / file;
+  const bool isThere = !error && std::filesystem::exists(beside, error);
+  return dlopen(isThere ? beside.c_str() : file.c_str(), RTLD_NOW | RTLD_LOCAL);
+}
+
+}  // namespace
+
+const ServerEngine* findServerEngine(std::string_view scheme) {
+  const auto* found = std::ranges::find(engines, scheme, &ServerEngine::scheme);
+  return found == engines.end() ? nullptr : found;
+}
+
+std::unique_ptr<SqlServer> connectServer(const ServerAddress& address,
+                                         const ServerOptions& options) {
+  // The library stays loaded: objects of its classes live as long as the data are read.
+  void* library = openLibrary("libproportions-" + address.scheme + ".so");
+  void* connect = library == nullptr ? nullptr : dlsym(library, "connectServer");
+  if (connect == nullptr) {
+    const char* reason = dlerror();
+    fail(messages::noEngineLibrary, {options.source, reason == nullptr ? "" : reason});
+  }
+  std::unique_ptr<SqlServer> server;
+  reinterpret_cast<ConnectServer*>(connect)(address, options, server);
+  return server;
+}
+
+}  // namespace embedded::data
