@@ -19,31 +19,40 @@ struct Target {
   OBS* out;
   std::size_t stride;
   std::size_t count;
+  std::size_t first = 0;  // of the values, the first to be written
 };
 
 bool isValid(const std::uint64_t* validity, std::size_t row) {
   return validity == nullptr || (validity[row / 64] >> (row % 64) & 1U) != 0;
 }
 
+// Calls `put(place, index)` for all values. Values that lie side by side have a loop of their own,
+// which the compiler can turn into one for the vector unit.
+template <class Put>
+void forEach(const Target& to, const Put& put) {
+  if (to.stride == 1)
+    for (std::size_t i = 0; i < to.count; ++i) put(to.out[i].number, i);
+  else
+    for (std::size_t i = 0; i < to.count; ++i) put(to.out[i * to.stride].number, i);
+}
+
 // Integers of up to 32 bits, and whatever is exact anyway.
 template <class T>
 void writeExact(const void* data, const Target& to) {
-  const T* values = static_cast<const T*>(data);
-  for (std::size_t i = 0; i < to.count; ++i)
-    to.out[i * to.stride].number = static_cast<double>(values[i]);
+  const T* values = static_cast<const T*>(data) + to.first;
+  forEach(to, [&](double& out, std::size_t i) { out = static_cast<double>(values[i]); });
 }
 
 // 64 bits: exact when what is left after the trailing zero bits fits 53.
 template <class T>
 void writeWide(const void* data, const Target& to, ColumnFaults& faults,
                const std::uint64_t* validity) {
-  const T* values = static_cast<const T*>(data);
+  const T* values = static_cast<const T*>(data) + to.first;
   bool large = false;
-  for (std::size_t i = 0; i < to.count; ++i) {
-    const auto number = static_cast<double>(values[i]);
-    to.out[i * to.stride].number = number;
-    large |= std::fabs(number) >= exactLimit;
-  }
+  forEach(to, [&](double& out, std::size_t i) {
+    out = static_cast<double>(values[i]);
+    large |= std::fabs(out) >= exactLimit;
+  });
   if (!large) return;
   for (std::size_t i = 0; i < to.count; ++i) {
     if (!isValid(validity, i)) continue;
@@ -57,7 +66,7 @@ void writeWide(const void* data, const Target& to, ColumnFaults& faults,
 template <class Wide, auto ToDouble, auto FromDouble>
 void writeHuge(const void* data, const Target& to, ColumnFaults& faults,
                const std::uint64_t* validity) {
-  const Wide* values = static_cast<const Wide*>(data);
+  const Wide* values = static_cast<const Wide*>(data) + to.first;
   for (std::size_t i = 0; i < to.count; ++i) {
     if (!isValid(validity, i)) continue;
     const double number = ToDouble(values[i]);
@@ -71,13 +80,12 @@ void writeHuge(const void* data, const Target& to, ColumnFaults& faults,
 template <class T>
 void writeReal(const void* data, const Target& to, ColumnFaults& faults, bool wholeAreTexts,
                const std::uint64_t* validity, const std::uint64_t* multiplicity) {
-  const T* values = static_cast<const T*>(data);
+  const T* values = static_cast<const T*>(data) + to.first;
   bool odd = false;
-  for (std::size_t i = 0; i < to.count; ++i) {
-    const double number = static_cast<double>(values[i]) + 0.0;  // -0 becomes 0
-    to.out[i * to.stride].number = number;
-    odd |= !(std::fabs(number) < exactLimit);
-  }
+  forEach(to, [&](double& out, std::size_t i) {
+    out = static_cast<double>(values[i]) + 0.0;  // -0 becomes 0
+    odd |= !(std::fabs(out) < exactLimit);
+  });
   if (!odd) return;
   for (std::size_t i = 0; i < to.count; ++i) {
     if (!isValid(validity, i)) continue;
@@ -95,7 +103,7 @@ void writeReal(const void* data, const Target& to, ColumnFaults& faults, bool wh
 template <class T>
 void writeTime(const void* data, const Target& to, double unitsASecond, ColumnFaults& faults,
                const std::uint64_t* validity, const std::uint64_t* multiplicity) {
-  const T* values = static_cast<const T*>(data);
+  const T* values = static_cast<const T*>(data) + to.first;
   bool infinite = false;
   const auto isInfinite = [](T value) {
     return value == std::numeric_limits<T>::max() || value == -std::numeric_limits<T>::max();
@@ -115,18 +123,17 @@ void writeTime(const void* data, const Target& to, double unitsASecond, ColumnFa
 
 template <class T>
 void writeScaled(const void* data, const Target& to, double scale) {
-  const T* values = static_cast<const T*>(data);
-  for (std::size_t i = 0; i < to.count; ++i)
-    to.out[i * to.stride].number = static_cast<double>(values[i]) / scale;
+  const T* values = static_cast<const T*>(data) + to.first;
+  forEach(to, [&](double& out, std::size_t i) { out = static_cast<double>(values[i]) / scale; });
 }
 
 // Decimals: a whole number over a power of ten, one division, so correctly rounded where both
 // are exact.
-void writeDecimal(duckdb_logical_type type, const void* data, const Target& to,
-                  ColumnFaults& faults, const std::uint64_t* validity) {
-  const int digits = duckdb_decimal_scale(type);
+void writeDecimal(const DecimalType& type, const void* data, const Target& to, ColumnFaults& faults,
+                  const std::uint64_t* validity) {
+  const int digits = type.scale;
   const double scale = std::pow(10.0, digits);
-  switch (duckdb_decimal_internal_type(type)) {
+  switch (type.storedAs) {
     case DUCKDB_TYPE_SMALLINT:
       return writeScaled<std::int16_t>(data, to, scale);
     case DUCKDB_TYPE_INTEGER:
@@ -145,7 +152,7 @@ void writeDecimal(duckdb_logical_type type, const void* data, const Target& to,
 
 void writeStrings(const void* data, const Target& to, int width, ColumnFaults& faults,
                   const std::uint64_t* validity) {
-  const auto* values = static_cast<const duckdb_string_t*>(data);
+  const auto* values = static_cast<const duckdb_string_t*>(data) + to.first;
   const auto room = static_cast<std::size_t>(width);
   const std::size_t bytes = ObsWords(width) * sizeof(OBS);
   for (std::size_t i = 0; i < to.count; ++i) {
@@ -173,15 +180,24 @@ void setNulls(const Target& to, const std::uint64_t* validity) {
 
 }  // namespace
 
-void ColumnWriter::write(duckdb_vector vector, std::size_t count, OBS* out, std::size_t stride,
-                         ColumnFaults& faults, const std::uint64_t* multiplicity) {
+void ColumnWriter::findType(duckdb_vector vector) {
   duckdb_logical_type logical = duckdb_vector_get_column_type(vector);
   const std::unique_ptr<duckdb_logical_type, void (*)(duckdb_logical_type*)> owner(
       &logical, duckdb_destroy_logical_type);
+  type_ = duckdb_get_type_id(logical);
+  if (type_ == DUCKDB_TYPE_DECIMAL)
+    decimal_ = {duckdb_decimal_scale(logical), duckdb_decimal_internal_type(logical)};
+}
+
+void ColumnWriter::write(duckdb_vector vector, std::size_t count, OBS* out, std::size_t stride,
+                         ColumnFaults& faults, const std::uint64_t* multiplicity,
+                         std::size_t first) {
+  if (type_ == DUCKDB_TYPE_INVALID) findType(vector);
   const void* data = duckdb_vector_get_data(vector);
   const std::uint64_t* validity = duckdb_vector_get_validity(vector);
-  const Target to{out, stride, count};
-  switch (duckdb_get_type_id(logical)) {
+  if (validity != nullptr) validity += first / 64;
+  const Target to{out, stride, count, first};
+  switch (type_) {
     case DUCKDB_TYPE_VARCHAR:
       return writeStrings(data, to, width_, faults, validity);
     case DUCKDB_TYPE_BOOLEAN:
@@ -224,7 +240,7 @@ void ColumnWriter::write(duckdb_vector vector, std::size_t count, OBS* out, std:
       writeReal<double>(data, to, faults, wholeAreTexts_, validity, multiplicity);
       break;
     case DUCKDB_TYPE_DECIMAL:
-      writeDecimal(logical, data, to, faults, validity);
+      writeDecimal(decimal_, data, to, faults, validity);
       break;
     case DUCKDB_TYPE_DATE:
       writeTime<std::int32_t>(data, to, 1.0, faults, validity, multiplicity);

@@ -16,7 +16,7 @@ constexpr std::size_t headSize = 1U << 20U;
 
 std::string readHead(const std::string& file, const std::string& shownAs) {
   std::ifstream stream(file, std::ios::binary);
-  if (!stream) fail(messages::unreadable, {shownAs, "it cannot be opened"});
+  if (!stream) fail(messages::unreadable, {shownAs, "Reason cannot be opened ..."});
   std::string head(headSize, '\0');
   stream.read(head.data(), static_cast<std::streamsize>(head.size()));
   head.resize(static_cast<std::size_t>(stream.gcount()));
@@ -99,7 +99,7 @@ CsvHeader readCsvHeader(const std::string& file, const std::string& shownAs,
     if (name.empty()) name = "column" + std::to_string(header.names.size() + 1);
     header.names.push_back(std::move(name));
   }
-  if (withoutOuterBlanks(record).empty()) fail(messages::badHeader, {shownAs, "it is blank"});
+  if (withoutOuterBlanks(record).empty()) fail(messages::badHeader, {shownAs, "Reason blank ..."});
   requireUniqueNames(header.names, shownAs);
   return header;
 }

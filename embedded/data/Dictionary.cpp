@@ -45,6 +45,9 @@ bool Variable::hasUserMissing() const {
 }
 
 bool Variable::IsMissing(const OBS* observation) const {
+  // Most variables are plain numbers.
+  if (type == 0 && missingNumbers.empty() && missingRanges.empty())
+    return observation->number == MCMV::Missing;
   return isSystemMissing(observation) || isUserMissing(observation);
 }
 

@@ -27,7 +27,8 @@ class Variable final : public KORA_Variable {
  public:
   std::string name;
   std::string upperName;
-  int type = 0;  // 0 numeric, else the width in bytes
+  std::string presentedAs;  // the name that procedures see, in capital letters; empty: its own
+  int type = 0;             // 0 numeric, else the width in bytes
   KORA_Format format;
   output::ValueKind kind = output::ValueKind::Number;
   std::vector<double> missingNumbers;
@@ -50,8 +51,10 @@ class Variable final : public KORA_Variable {
   output::VariablePtr info;  // name, label and value labels, shared with the document
 
   int GetType() const override { return type; }
-  std::string_view GetName() const override { return name; }
-  std::string_view GetUpperName() const override { return upperName; }
+  std::string_view GetName() const override { return presentedAs.empty() ? name : presentedAs; }
+  std::string_view GetUpperName() const override {
+    return presentedAs.empty() ? upperName : presentedAs;
+  }
   KORA_Format GetFormat() const override { return format; }
   bool IsMissing(const OBS* observation) const override;
 

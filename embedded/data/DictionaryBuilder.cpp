@@ -7,6 +7,8 @@
 #include <set>
 
 #include "DataMessages.h"
+#include "ImputationMessages.h"
+#include "ImputationSource.h"
 #include "IsoTime.h"
 #include "ResampledSource.h"
 
@@ -155,7 +157,7 @@ class VariableBuilder {
   void applyType(const SchemaField& field) {
     const std::optional<ColumnKind> kind = kindOfField(field.type);
     if (!isKnownType(field.type))
-      fail(messages::schemaShape, {schema_.file, field.name + ".type", "a type of a Table Schema"});
+      fail(messages::schemaShape, {schema_.file, field.name + ".type", "Wanted a type ..."});
     if (!kind) return;
     if (*kind != ColumnKind::Unsupported && !canBecome(column_.kind, *kind))
       fail(messages::schemaType, {schema_.file, field.name, field.type, column_.typeName});
@@ -240,8 +242,7 @@ void requireMatch(const Schema& schema, const Dictionary& names,
   };
   if (match == "partial" || match == "subset") return;
   if (match != "exact" && match != "equal" && match != "superset")
-    fail(messages::schemaShape,
-         {schema.file, "fieldsMatch", "exact, equal, subset, superset or partial"});
+    fail(messages::schemaShape, {schema.file, "fieldsMatch", "Wanted for fieldsMatch ..."});
   for (std::size_t i = 0; i < fields.size(); ++i) {
     if (fields[i] == nullptr) mismatch(names.variables[i].name);
     if (match == "exact" && &schema.fields[i] != fields[i]) mismatch(names.variables[i].name);
@@ -333,6 +334,26 @@ void setSplits(Dictionary& dictionary, const std::vector<std::string>& names) {
       failUsage(messages::splitTwice, {name});
     takeSplit(dictionary, index);
   }
+}
+
+void setImputation(Dictionary& dictionary, const std::string& name, bool given) {
+  const int index = wanted(dictionary, "--imputation", name);
+  Variable& variable = dictionary.variables[static_cast<std::size_t>(index)];
+  if (variable.format.IsString()) fail(messages::imputationString, {variable.name});
+  if (std::erase(dictionary.splits, index) > 0 && given)
+    failUsage(messages::splitTwice, {variable.name});
+  for (const int split : dictionary.splits)
+    if (isImputationNumber(dictionary.variables[static_cast<std::size_t>(split)]))
+      failUsage(messages::imputationSplit,
+                {dictionary.variables[static_cast<std::size_t>(split)].name});
+  output::VariableInfo info = *variable.info;
+  info.name = imputationName;
+  info.label.clear();
+  if (info.kind != ValueKind::Number) info.numberLabels.clear();
+  info.kind = ValueKind::Number;
+  variable.info = std::make_shared<const output::VariableInfo>(std::move(info));
+  variable.presentedAs = imputationVariable;
+  dictionary.splits.insert(dictionary.splits.begin(), index);
 }
 
 }  // namespace embedded::data

@@ -28,5 +28,10 @@ DictionaryPlan buildDictionary(const Relation& relation, const Schema& schema);
 void setWeight(Dictionary& dictionary, const std::string& name);
 // Sets the split variables, outermost first. Error(Usage) for an unknown name or a repeated one.
 void setSplits(Dictionary& dictionary, const std::vector<std::string>& names);
+// Makes a numeric variable the imputation number: the outermost split variable, under the names
+// that procedures and the document know it by. Called after setSplits. Error(Usage) for an unknown
+// name, and for split variables that were `given` and hold it or another one of its new name;
+// Error(Data) for a string.
+void setImputation(Dictionary& dictionary, const std::string& name, bool given);
 
 }  // namespace embedded::data

@@ -181,6 +181,22 @@ std::unique_ptr<Query> Engine::query(const std::string& sql,
   return std::make_unique<Query>(database_, sql, blobs);
 }
 
+void Engine::add(duckdb_aggregate_function function) {
+  const Connection connection(database_);
+  if (duckdb_register_aggregate_function(connection.value, function) != DuckDBSuccess)
+    throw EngineFailure("the function was refused");
+}
+
+void Engine::add(duckdb_scalar_function function) {
+  const Connection connection(database_);
+  if (duckdb_register_scalar_function(connection.value, function) != DuckDBSuccess)
+    throw EngineFailure("the function was refused");
+}
+
+std::string Engine::newName(const std::string& beginning) {
+  return beginning + '_' + std::to_string(++names_);
+}
+
 std::vector<TextRow> Engine::rows(const std::string& sql) {
   return rows(std::vector<std::string>{sql});
 }

@@ -83,11 +83,17 @@ class Engine {
   std::unique_ptr<Query> query(const std::string& sql, const std::vector<std::string>& blobs = {});
   // The whole, small result of a query as texts, null for null.
   std::vector<TextRow> rows(const std::string& sql);
+  // Makes a function known to all further queries.
+  void add(duckdb_aggregate_function function);
+  void add(duckdb_scalar_function function);
+  // A name that no other function added to this engine has.
+  std::string newName(const std::string& beginning);
   // Several statements on one connection; the result of the last.
   std::vector<TextRow> rows(const std::vector<std::string>& statements);
 
  private:
   duckdb_database database_ = nullptr;
+  int names_ = 0;
 };
 
 }  // namespace embedded::data

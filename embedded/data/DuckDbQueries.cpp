@@ -106,6 +106,10 @@ std::string rowsSql(const TableSource& table, const ScanRequest& request) {
          ")" + orderBy(request, "place");
 }
 
+std::string unorderedSql(const TableSource& table, const ScanRequest& request) {
+  return aliased(table, request, "");
+}
+
 std::string patternsSql(const TableSource& table, const ScanRequest& request) {
   const WeightSql weight = weightSql(table, request);
   const std::string keys = patternKeys(request, false);

@@ -10,6 +10,8 @@ namespace embedded::data {
 
 // Columns v0, v1, ... of the request, in its order.
 std::string rowsSql(const TableSource& table, const ScanRequest& request);
+// The same in no order.
+std::string unorderedSql(const TableSource& table, const ScanRequest& request);
 // Columns of the request without the weight, named by their place in it, then: weight sum, number
 // of cases, number of weights that are not finite, and the smallest weight when that weight is a
 // wide integer (else null).

@@ -6,6 +6,8 @@
 #include <type_traits>
 
 #include "ColumnWords.h"
+#include "CountingQuery.h"
+#include "CountingValues.h"
 #include "DataMessages.h"
 #include "DuckDb.h"
 #include "DuckDbQueries.h"
@@ -67,6 +69,7 @@ class DuckDbRelation final : public Relation {
   void examine(const ColumnRead& read, const ColumnFaults& faults);
 
  private:
+  CountedRows countedRows(const ScanRequest& request) const;
   void spool() {
     const std::filesystem::path target = folder_.path() / "input.csv";
     if (!spoolStandardInput(target)) fail(messages::emptyFile, {address_.text});
@@ -95,12 +98,18 @@ class Decoder {
   }
 
   void decode(const Chunk& chunk, std::vector<OBS>& rows, const std::uint64_t* multiplicity) {
-    rows.resize(chunk.size() * stride_);
+    decode(chunk, 0, chunk.size(), rows, multiplicity);
+  }
+
+  // Some rows of a chunk; `first` is a multiple of 64.
+  void decode(const Chunk& chunk, std::size_t first, std::size_t count, std::vector<OBS>& rows,
+              const std::uint64_t* multiplicity) {
+    rows.resize(count * stride_);
     for (std::size_t i = 0; i < columns_.size(); ++i) {
       Decoded& column = columns_[i];
       ColumnFaults faults;
-      column.writer.write(chunk.column(i), chunk.size(), rows.data() + column.offset, stride_,
-                          faults, multiplicity);
+      column.writer.write(chunk.column(i), count, rows.data() + column.offset, stride_, faults,
+                          multiplicity, first);
       nonFinite_[column.index] += faults.nonFinite;
       faults.suspect = faults.suspect && cleared_[column.index] == 0;
       if (!faults.suspect && !faults.tooLong) continue;
@@ -110,6 +119,12 @@ class Decoder {
   }
 
   std::size_t columns() const { return columns_.size(); }
+  // How many rows are decoded at once: of wide ones few, since they are written a column at a
+  // time and read a row at a time, and should stay in a processor's cache in between.
+  std::size_t rowsAtOnce() const {
+    constexpr std::size_t bytes = std::size_t{256} << 10U;
+    return std::max<std::size_t>(bytes / (stride_ * sizeof(OBS) + 1) / 64, 1) * 64;
+  }
   NonFiniteCounts& nonFinite() { return nonFinite_; }
 
  private:
@@ -135,14 +150,11 @@ class DuckDbRowScan final : public RowScan {
   }
 
   std::size_t next(std::vector<OBS>& rows) override {
-    Chunk chunk;
-    const bool more = relation_.guarded(request_.columns, [&] { return query_->next(chunk); });
-    if (!more) {
-      relation_.requireUnchanged();
-      return 0;
-    }
-    decoder_.decode(chunk, rows, nullptr);
-    return chunk.size();
+    if (at_ == size_ && !fetch()) return 0;
+    const std::size_t count = std::min(size_ - at_, decoder_.rowsAtOnce());
+    decoder_.decode(chunk_, at_, count, rows, nullptr);
+    at_ += count;
+    return count;
   }
 
   const NonFiniteCounts& nonFinite() const override {
@@ -150,10 +162,23 @@ class DuckDbRowScan final : public RowScan {
   }
 
  private:
+  bool fetch() {
+    at_ = size_ = 0;
+    if (!relation_.guarded(request_.columns, [&] { return query_->next(chunk_); })) {
+      relation_.requireUnchanged();
+      return false;
+    }
+    size_ = chunk_.size();
+    return true;
+  }
+
   DuckDbRelation& relation_;
   ScanRequest request_;
   Decoder decoder_;
   std::unique_ptr<Query> query_;
+  Chunk chunk_;
+  std::size_t size_ = 0;  // rows of the chunk
+  std::size_t at_ = 0;    // the next of them
 };
 
 class DuckDbPatternScan final : public PatternScan {
@@ -219,11 +244,52 @@ class DuckDbPatternScan final : public PatternScan {
   bool examined_ = false;
 };
 
+// Patterns that were counted by our own aggregate, all at once.
+class CountedScan final : public PatternScan {
+ public:
+  CountedScan(DuckDbRelation& relation, const ScanRequest& request, CountedPatterns counted)
+      : batch_(std::move(counted.batch)) {
+    relation.requireUnchanged();
+    for (std::size_t i = 0; i < request.columns.size(); ++i) {
+      const ColumnFaults& faults = counted.faults[i];
+      nonFinite_.push_back(faults.nonFinite);
+      if (faults.suspect || faults.tooLong) relation.examine(request.columns[i], faults);
+    }
+  }
+
+  bool next(PatternBatch& batch) override {
+    batch = std::exchange(batch_, {});
+    return !batch.weights.empty();
+  }
+
+  const NonFiniteCounts& nonFinite() const override { return nonFinite_; }
+
+ private:
+  PatternBatch batch_;
+  NonFiniteCounts nonFinite_;
+};
+
 std::unique_ptr<RowScan> DuckDbRelation::scan(const ScanRequest& request) {
   return std::make_unique<DuckDbRowScan>(*this, request);
 }
 
+CountedRows DuckDbRelation::countedRows(const ScanRequest& request) const {
+  CountedRows rows{unorderedSql(*table_, request), table_->textual(), {}};
+  for (const ColumnRead& read : request.columns) {
+    const Column& column = columns()[static_cast<std::size_t>(read.column)];
+    rows.dictionaries.push_back(address_.kind == FileKind::Parquet && read.width == 0 &&
+                                CountingValues::canRead(column.typeName));
+  }
+  return rows;
+}
+
 std::unique_ptr<PatternScan> DuckDbRelation::patterns(const ScanRequest& request) {
+  if (canCount(request)) {
+    requireUnchanged();
+    auto counted = guarded(request.columns,
+                           [&] { return countPatterns(engine_, countedRows(request), request); });
+    if (counted) return std::make_unique<CountedScan>(*this, request, std::move(*counted));
+  }
   return std::make_unique<DuckDbPatternScan>(*this, request);
 }
 

@@ -53,7 +53,7 @@ JsonSource::JsonSource(Engine& engine, const DataAddress& address)
     : TableSource(address.text), files_(address.files) {
   columns_ = described(engine, "read_json(" + fileList(files_) + ")", name_);
   if (columns_.size() == 1 && columns_[0].name == "json")
-    fail(messages::unreadable, {name_, "it is no list of objects"});
+    fail(messages::unreadable, {name_, "Reason no list of objects ..."});
 }
 
 std::string JsonSource::table(std::span<const ColumnRead> reads, bool texts) const {

@@ -15,8 +15,8 @@
 namespace embedded::data {
 namespace {
 
-constexpr std::uintmax_t wholeLimit = 4U << 20U;
-constexpr std::uintmax_t blockSize = 256U << 10U;
+constexpr std::uintmax_t wholeLimit = 1U << 20U;
+constexpr std::uintmax_t blockSize = 64U << 10U;
 constexpr std::uintmax_t blockCount = 16;
 
 std::string readBlock(std::ifstream& stream, std::uintmax_t offset, std::uintmax_t size) {
@@ -39,7 +39,7 @@ std::string fingerprintOfFile(Engine& engine, const std::string& file) {
   std::ifstream stream(file, std::ios::binary);
   std::error_code error;
   const std::uintmax_t size = std::filesystem::file_size(file, error);
-  if (!stream || error) fail(messages::unreadable, {file, "it cannot be opened"});
+  if (!stream || error) fail(messages::unreadable, {file, "Reason cannot be opened ..."});
   if (size <= wholeLimit) return "sha256:" + hashOfBytes(engine, readBlock(stream, 0, size));
   std::string sample = std::to_string(size) + "\n";
   for (std::uintmax_t i = 0; i < blockCount; ++i)

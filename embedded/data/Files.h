@@ -13,8 +13,8 @@ namespace embedded::data {
 // replaced or removed.
 std::string identityOf(const std::vector<std::string>& files);
 
-// Names the content. "sha256:" and the hash of the file when it has up to 4 MiB; of a larger
-// one "sha256-sampled:" and the hash of its size and of sixteen blocks of 256 KiB, evenly spaced
+// Names the content. "sha256:" and the hash of the file when it has up to 1 MiB; of a larger
+// one "sha256-sampled:" and the hash of its size and of sixteen blocks of 64 KiB, evenly spaced
 // from the first byte to the last. Of several files, the hash of their own hashes, one a line.
 std::string fingerprintOf(Engine& engine, const std::vector<std::string>& files);
 

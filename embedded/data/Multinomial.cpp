@@ -8,14 +8,11 @@ namespace embedded::data {
 
 namespace {
 
-// P(success) is of / total, both whole.
-std::uint64_t drawBinomial(std::uint64_t trials, std::uint64_t of, std::uint64_t total,
-                           Philox& random) {
+// P(success) is of / total, both whole, and at most one half: a small probability keeps its digits.
+std::uint64_t drawFewer(std::uint64_t trials, std::uint64_t of, std::uint64_t total,
+                        Philox& random) {
   if (trials == 0 || of == 0) {
     return 0;
-  }
-  if (of == total) {
-    return trials;
   }
   const double p = static_cast<double>(of) / static_cast<double>(total);
   boost::random::binomial_distribution<std::int64_t, double> binomial(
@@ -23,6 +20,13 @@ std::uint64_t drawBinomial(std::uint64_t trials, std::uint64_t of, std::uint64_t
   const std::int64_t drawn = binomial(random);
   return static_cast<std::uint64_t>(
       std::clamp<std::int64_t>(drawn, 0, static_cast<std::int64_t>(trials)));
+}
+
+// P(success) is of / total, both whole.
+std::uint64_t drawBinomial(std::uint64_t trials, std::uint64_t of, std::uint64_t total,
+                           Philox& random) {
+  return of > total - of ? trials - drawFewer(trials, total - of, total, random)
+                         : drawFewer(trials, of, total, random);
 }
 
 }  // namespace

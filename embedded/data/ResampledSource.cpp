@@ -2,10 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numeric>
 
-#include "embedded/data/DataMessages.h"
 #include "embedded/data/Multinomial.h"
+#include "embedded/errors/Error.h"
 #include "embedded/session/Session.h"
 
 namespace embedded::data {
@@ -34,7 +33,7 @@ void prepareDrawing(GroupPatterns& group) {
   for (std::uint32_t row = 0; row < group.weights.size(); ++row) {
     if (const std::uint64_t count = roundedWeight(group.weights[row]); count > 0) {
       if (count > mostCases - total) {
-        fail(messages::heavyPattern, {bootstrapVariable});
+        throw Error(ErrorKind::Data, "Bootstrap weights too large ...");
       }
       total += count;
       group.drawable.push_back(count);
@@ -142,10 +141,12 @@ class SampleStream final : public CaseStream {
 int addSampleNumber(Dictionary& dictionary) {
   const int index = static_cast<int>(dictionary.variables.size());
   Variable variable;
-  variable.name = bootstrapVariable;
-  variable.upperName = "$BOOTSTRAP_SPLIT";
+  variable.presentedAs = bootstrapVariable;
   output::VariableInfo info;
   info.name = bootstrapVariable;
+  // What readers see where a procedure names all split values of the data.
+  info.label = "bootstrap sample";
+  info.numberLabels[0.0] = "original data";
   variable.info = std::make_shared<const output::VariableInfo>(std::move(info));
   dictionary.variables.push_back(std::move(variable));
   dictionary.splits.insert(dictionary.splits.begin(), index);

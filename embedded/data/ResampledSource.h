@@ -27,7 +27,8 @@ struct Resampling {
 // The name under which the sample number is presented.
 inline constexpr const char* bootstrapVariable = "$bootstrap_split";
 
-// Adds the sample number to the dictionary as the outermost split variable; its index.
+// Adds the sample number to the dictionary as the outermost split variable, which procedures see
+// but no command can name; its index.
 int addSampleNumber(Dictionary& dictionary);
 
 // The patterns of one split group.
@@ -43,7 +44,7 @@ struct GroupPatterns {
 class ResampledSource final : public CaseSource {
  public:
   // `inner` delivers patterns of the data; `sampleVariable` is the index that addSampleNumber
-  // gave. Throws Error(Data) when a group's weights are too large to be drawn from.
+  // gave. Throws Error(Data) when the weights of a group add up to more than 2^52.
   ResampledSource(std::unique_ptr<CaseSource> inner, int sampleVariable,
                   const Resampling& resampling);
 

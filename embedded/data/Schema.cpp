@@ -25,17 +25,29 @@ std::string contentOf(const std::string& file) {
   return text.str();
 }
 
+// Refuses the text for what the JSON library says of this place in it.
+[[noreturn]] void refuseSyntax(const std::string& file, const std::string& text, std::size_t place,
+                               std::string what) {
+  const std::string before = text.substr(0, place);
+  const auto line = std::ranges::count(before, '\n') + 1;
+  const std::size_t column = before.size() - (before.rfind('\n') + 1) + 1;
+  if (const std::size_t at = what.rfind("; "); at != std::string::npos) what.erase(0, at + 2);
+  if (const std::size_t at = what.rfind("] "); at != std::string::npos) what.erase(0, at + 2);
+  fail(messages::schemaSyntax, {file, std::to_string(line), std::to_string(column), what});
+}
+
 Json parse(const std::string& file) {
   const std::string text = contentOf(file);
   try {
     return Json::parse(text);
   } catch (const Json::parse_error& error) {
-    const std::string before = text.substr(0, error.byte == 0 ? 0 : error.byte - 1);
-    const auto line = std::ranges::count(before, '\n') + 1;
-    const std::size_t column = before.size() - (before.rfind('\n') + 1) + 1;
-    std::string what = error.what();
-    if (const std::size_t at = what.rfind("; "); at != std::string::npos) what.erase(0, at + 2);
-    fail(messages::schemaSyntax, {file, std::to_string(line), std::to_string(column), what});
+    refuseSyntax(file, text, error.byte == 0 ? 0 : error.byte - 1, error.what());
+  } catch (const Json::out_of_range& error) {
+    // A number that no double holds; its text stands in quotes, its place is not told.
+    const std::string what = error.what();
+    const std::size_t begin = what.find('\'') + 1;
+    const std::size_t place = text.find(what.substr(begin, what.rfind('\'') - begin));
+    refuseSyntax(file, text, place == std::string::npos ? 0 : place, what);
   }
 }
 
@@ -44,13 +56,14 @@ class Reader {
  public:
   Reader(const std::string& file, std::string place, const Json& object)
       : file_(file), place_(std::move(place)), object_(object) {
-    if (!object.is_object()) wrong("", "an object");
+    if (!object.is_object()) wrong("", "Wanted an object ...");
   }
 
   [[noreturn]] void wrong(const std::string& property, const std::string& wanted) const {
     std::string place = place_;
     if (!property.empty()) place += (place.empty() ? "" : ".") + property;
-    fail(messages::schemaShape, {file_, place.empty() ? "it" : place, wanted});
+    fail(messages::schemaShape,
+         {file_, place.empty() ? "Wanted of whole file ..." : place, wanted});
   }
 
   const Json* find(const char* property) const {
@@ -61,13 +74,13 @@ class Reader {
   std::string text(const char* property) const {
     const Json* value = find(property);
     if (value == nullptr) return "";
-    if (!value->is_string()) wrong(property, "a text");
+    if (!value->is_string()) wrong(property, "Wanted a text ...");
     return value->get<std::string>();
   }
 
   const Json* list(const char* property) const {
     const Json* value = find(property);
-    if (value != nullptr && !value->is_array()) wrong(property, "a list");
+    if (value != nullptr && !value->is_array()) wrong(property, "Wanted a list ...");
     return value;
   }
 
@@ -77,16 +90,16 @@ class Reader {
     if (values != nullptr && values->is_string()) return {values->get<std::string>()};
     if (values = list(property); values == nullptr) return result;
     for (const Json& value : *values) {
-      if (!value.is_string()) wrong(property, "a list of texts");
+      if (!value.is_string()) wrong(property, "Wanted a list of texts ...");
       result.push_back(value.get<std::string>());
     }
     return result;
   }
 
-  int integer(const Json& value, const std::string& property, int least, int most) const {
+  int integer(const Json& value, const std::string& property, int least, int most,
+              const std::string& wanted) const {
     if (!value.is_number_integer() || value.get<double>() < least || value.get<double>() > most)
-      wrong(property,
-            "a whole number from " + std::to_string(least) + " to " + std::to_string(most));
+      wrong(property, wanted);
     return value.get<int>();
   }
 
@@ -101,7 +114,7 @@ class Reader {
         continue;
       }
       const Reader inner(file_, place_ + (place_.empty() ? "" : ".") + property, entry);
-      if (!entry.contains("value")) inner.wrong("value", "given");
+      if (!entry.contains("value")) inner.wrong("value", "Wanted at all ...");
       result.push_back({scalar(entry["value"], property), inner.text("label")});
     }
     return result;
@@ -116,7 +129,7 @@ class Reader {
       MissingRange range{inner.bound("min", std::numeric_limits<double>::lowest()),
                          inner.bound("max", std::numeric_limits<double>::max()),
                          inner.text("label")};
-      if (range.min > range.max) inner.wrong("min", "no greater than max");
+      if (range.min > range.max) inner.wrong("min", "Wanted below max ...");
       result.push_back(range);
     }
     return result;
@@ -128,13 +141,13 @@ class Reader {
     if (value.is_null()) return "";
     if (value.is_number()) return output::shortest(value.get<double>());
     if (value.is_boolean()) return value.get<bool>() ? "true" : "false";
-    wrong(property, "a list of values, or of objects with value and label");
+    wrong(property, "Wanted a list of values ...");
   }
 
   double bound(const char* property, double otherwise) const {
     const Json* value = find(property);
     if (value == nullptr) return otherwise;
-    if (!value->is_number()) wrong(property, "a number");
+    if (!value->is_number()) wrong(property, "Wanted a number ...");
     return value->get<double>();
   }
 
@@ -148,7 +161,8 @@ int maxLengthOf(const std::string& file, const std::string& place, const Reader&
   if (constraints == nullptr) return 0;
   const Reader inner(file, place + ".constraints", *constraints);
   const Json* length = inner.find("maxLength");
-  return length == nullptr ? 0 : inner.integer(*length, "maxLength", 1, 32767);
+  return length == nullptr ? 0
+                           : inner.integer(*length, "maxLength", 1, 32767, "Wanted a length ...");
 }
 
 SchemaField fieldOf(const std::string& file, std::size_t index, const Json& json) {
@@ -156,13 +170,13 @@ SchemaField fieldOf(const std::string& file, std::size_t index, const Json& json
   const Reader reader(file, place, json);
   SchemaField field;
   field.name = reader.text("name");
-  if (field.name.empty()) reader.wrong("name", "given");
+  if (field.name.empty()) reader.wrong("name", "Wanted at all ...");
   field.type = reader.text("type");
   if (field.type == "any") field.type.clear();
   field.title = reader.text("title");
   field.categories = reader.values("categories");
   if (const Json* ordered = reader.find("categoriesOrdered"); ordered != nullptr) {
-    if (!ordered->is_boolean()) reader.wrong("categoriesOrdered", "true or false");
+    if (!ordered->is_boolean()) reader.wrong("categoriesOrdered", "Wanted true or false ...");
     field.categoriesOrdered = ordered->get<bool>();
   }
   field.missingValues = reader.values("missingValues");
@@ -170,7 +184,7 @@ SchemaField fieldOf(const std::string& file, std::size_t index, const Json& json
   if (const Json* format = reader.find("proportions:format"); format != nullptr) {
     const Reader inner(file, place + ".proportions:format", *format);
     if (const Json* decimals = inner.find("decimals"); decimals != nullptr)
-      field.decimals = inner.integer(*decimals, "decimals", 0, 16);
+      field.decimals = inner.integer(*decimals, "decimals", 0, 16, "Wanted decimals ...");
   }
   field.maxLength = maxLengthOf(file, place, reader);
   field.trueValues = reader.texts("trueValues");

@@ -124,6 +124,14 @@ TEST_F(Schemas, BadJsonComesWithItsPlace) {
   EXPECT_EQ(bad.arguments.at(2), "14");
 }
 
+TEST_F(Schemas, ANumberThatNoDoubleHoldsIsBadJson) {
+  // Found by fuzzing: it went out as an internal error.
+  const Failure bad = failure("{\n  \"decimals\": 991e999\n}");
+  EXPECT_EQ(bad.id, messages::schemaSyntax.id);
+  EXPECT_EQ(bad.arguments.at(1), "2");
+  EXPECT_EQ(bad.arguments.at(2), "15");
+}
+
 TEST_F(Schemas, ANamedSchemaThatIsNotThere) {
   DataOptions options = optionsFor(write("a.csv", "a\n1\n"));
   options.schema = path("none.json");

@@ -124,8 +124,8 @@ TEST_F(Types, HostileNamesAndValues) {
 TEST(SqlDialect, Quotes) {
   EXPECT_EQ(duckDbDialect.identifier("a\"b"), "\"a\"\"b\"");
   EXPECT_EQ(duckDbDialect.text("it's \\"), "'it''s \\'");
-  EXPECT_EQ(clickHouseDialect.text("it's \\"), "'it''s \\\\'");
-  EXPECT_EQ(clickHouseDialect.identifier("a`b"), "`a``b`");
+  EXPECT_EQ(clickHouseDialect.text("it's \\"), "'it\\'s \\\\'");
+  EXPECT_EQ(clickHouseDialect.identifier("a`b\\"), "`a\\`b\\\\`");
   EXPECT_THROW(postgreSqlDialect.identifier(std::string(64, 'x')), Error);
   EXPECT_THROW(duckDbDialect.text(std::string("a\0b", 3)), Error);
 }

@@ -1,0 +1,135 @@
+"""Figures as tables: on a terminal, and kept in docs/performance.md."""
+
+from dataclasses import dataclass, field
+
+KINDS = {"csv": "CSV", "parquet": "Parquet", "duckdb": "Database table"}
+
+
+@dataclass
+class Table:
+    title: str
+    heads: list
+    rows: list
+    notes: list = field(default_factory=list)
+
+    def text(self):
+        """Aligned columns, the first to the left."""
+        lines = [self.heads, *self.rows]
+        widths = [max(len(line[i]) for line in lines) for i in range(len(self.heads))]
+        aligned = [
+            "  ".join(cell.ljust(w) if i == 0 else cell.rjust(w) for i, (cell, w) in enumerate(zip(line, widths)))
+            for line in lines
+        ]
+        return "\n".join([self.title, *(f"  {line.rstrip()}" for line in aligned), *(f"  {note}" for note in self.notes)])
+
+    def markdown(self):
+        rule = ["---"] + ["---:"] * (len(self.heads) - 1)
+        lines = ["| " + " | ".join(line) + " |" for line in [self.heads, rule, *self.rows]]
+        return "\n".join([f"### {self.title}", "", *lines, *(["", " ".join(self.notes)] if self.notes else [])])
+
+
+def seconds(value):
+    return f"{value:.3f} s"
+
+
+def taken(result):
+    """The columns that every table begins with."""
+    return [
+        result.name,
+        seconds(result.median("wall")),
+        seconds(result.median("processor")),
+        f"{result.median('peak'):.0f} MB",
+    ]
+
+
+TAKEN = ["reader", "wall", "processor", "peak"]
+
+
+def files(kind, rows, results):
+    ours, limits = results[0], results[1:]
+    lines = [[*taken(ours), "", ""]]
+    for other in limits:
+        lines.append([*taken(other), *(f"{ours.ratio(other, what):.2f}" for what in ("wall", "processor"))])
+    return Table(
+        f"{KINDS[kind]}, {rows:,} rows of four numeric columns",
+        [*TAKEN, "ours / this, wall", "processor"],
+        lines,
+    )
+
+
+def wide(variables, rows, results):
+    values = variables * rows
+    ours, sums = results
+    rate = values / ours.median("processor") / 1e6
+    return Table(
+        f"Wide: {variables:,} variables of {rows:,} rows, every case through the stream",
+        [*TAKEN, "ours / this, wall", "processor"],
+        [[*taken(ours), "", ""], [*taken(sums), *(f"{ours.ratio(sums, what):.2f}" for what in ("wall", "processor"))]],
+        [
+            f"{rate:.0f} million values a second of processor time, the whole run with its two passes;",
+            f"{2 * rate:.0f} million a second of one pass.",
+        ],
+    )
+
+
+def groups(cells, results):
+    lines = []
+    for count, result in results.items():
+        each = result.median("processor") / (count * cells) * 1e6
+        lines.append([*taken(result), seconds(result.median("first")), f"{each:.2f} us"])
+    return Table(
+        f"Split groups: all intervals and tests, {cells:.0f} cells a group, csv on a pipe",
+        [*TAKEN, "first output", "a cell"],
+        lines,
+    )
+
+
+def bootstrap(samples, results):
+    lines = []
+    costs = []
+    for with_samples, without in results.values():
+        cost = with_samples.median("wall") - without.median("wall")
+        effort = with_samples.median("processor") - without.median("processor")
+        costs.append(effort)
+        lines += [[*taken(with_samples), seconds(cost), seconds(effort)], [*taken(without), "", ""]]
+    return Table(
+        f"Bootstrap: a default one-sample command, {samples:,} samples",
+        [*TAKEN, "samples alone, wall", "processor"],
+        lines,
+        [f"From the fewest rows to the most, the samples take {costs[-1] / costs[0]:.2f} times as much."],
+    )
+
+
+def small(results):
+    return Table("Starting", TAKEN, [taken(result) for result in results])
+
+
+INTRODUCTION = """# Performance
+
+Written by `script/bench --write`; `script/bench --help` says what can be measured.
+
+{facts}
+
+Each figure is the median of {rounds} turns, in which the readers follow one another; a ratio is the
+median of the ratios of one turn each. All readers of a table must find the same counts. Processor
+time counts all threads; memory is a process's peak, but never less than that of the benchmark which
+started it, some 70 MB.
+
+## What the limits are
+
+- A file or table: the engine that reads it. *GROUP BY* is the engine's own way to the same counts;
+  *plain sums* reads the same columns and does next to nothing with them, which nothing that reads
+  them can beat. Parsing is nearly all there is to CSV, so there the two are close.
+- Wide data: the plain sums again, but every case has to pass through the procedure, twice.
+- Split groups: the digits. A cell is a number in seventeen digits and the labels around it.
+- Bootstrap: samples are drawn from the distinct cases, so the number of rows does not matter.
+- Starting: loading the engine's library and opening it.
+
+## Figures
+
+"""
+
+
+def write(path, facts, rounds, tables):
+    head = INTRODUCTION.format(facts="\n".join(f"- {fact}" for fact in facts), rounds=rounds)
+    path.write_text(head + "\n\n".join(table.markdown() for table in tables) + "\n")
