@@ -1,10 +1,14 @@
 #include "Arguments.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <charconv>
 #include <fstream>
 #include <iterator>
-#include <map>
+#include <utility>
+#include <vector>
 
+#include "Invocation.h"
 #include "embedded/errors/Error.h"
 #include "embedded/output/Values.h"
 #include "render/Renderer.h"
@@ -37,12 +41,15 @@ void addOutput(CLI::App& app, OutputOptions& output) {
   app.add_option("--color", output.colour, "Colours on a terminal")
       ->check(CLI::IsMember({"auto", "always", "never"}))
       ->type_name("WHEN");
+  app.add_flag("--sentences", output.sentences,
+               "One sentence ready to paste by each row of results");
   app.add_flag("--quiet", output.quiet, "No messages on standard error but errors");
 }
 
 void addData(CLI::App& app, Arguments& arguments) {
   embedded::Request& request = arguments.request;
-  app.add_option("DATA", request.data, "A file (csv, tsv, parquet, json, duckdb), or - for csv")
+  app.add_option("DATA", request.data,
+                 "A file (csv, tsv, parquet, json, duckdb), an address of a table, or - for csv")
       ->required();
   app.add_option("--schema", request.schema, "Dictionary of the data")->type_name("FILE");
   app.add_option("--weight", request.weight, "The case weight")->type_name("VAR");
@@ -53,51 +60,96 @@ void addData(CLI::App& app, Arguments& arguments) {
   app.add_option("--locale", request.locale, "Collation of strings")->type_name("TAG");
   app.add_option("--threads", request.threads, "Threads of the data engine")
       ->check(CLI::Range(1, 1024));
+  app.add_option("--timeout", request.timeout, "Seconds that a server may keep silent")
+      ->check(CLI::Range(0.1, 1e6))
+      ->type_name("SECONDS");
   app.add_option("--memory", request.memory, "Memory of the data engine, such as 2GB")
       ->type_name("SIZE");
 }
 
+// What is wrong with a seed; empty when it is one.
+std::string seedProblem(const std::string& text) {
+  std::uint64_t seed = 0;
+  const char* end = text.data() + text.size();
+  const auto [stop, problem] = std::from_chars(text.data(), end, seed);
+  return problem == std::errc() && stop == end
+             ? ""
+             : "Value " + text + " is no whole number from 0 to 18446744073709551615";
+}
+
+// An option whose value is one of these names, whatever their case.
+template <class Value>
+CLI::Option* addChoice(CLI::App& app, const std::string& option, Value& value,
+                       const std::vector<std::pair<std::string, Value>>& choices,
+                       const std::string& purpose) {
+  std::vector<std::string> names;
+  std::string together;
+  for (const auto& [name, meaning] : choices) {
+    names.push_back(name);
+    together += (together.empty() ? "" : "|") + name;
+  }
+  const auto take = [&value, choices](const std::string& name) {
+    value = std::find_if(choices.begin(), choices.end(), [&](const auto& choice) {
+              return choice.first == name;
+            })->second;
+  };
+  return app.add_option_function<std::string>(option, take, purpose)
+      ->transform(CLI::IsMember(names, CLI::ignore_case))
+      ->type_name(together);
+}
+
 void addBootstrap(CLI::App& app, BootstrapOptions& options) {
-  static const std::map<std::string, embedded::output::BootstrapInterval> intervals{
-      {"percentile", embedded::output::BootstrapInterval::Percentile},
-      {"bca", embedded::output::BootstrapInterval::Bca}};
+  using Interval = embedded::output::BootstrapInterval;
   auto* samples = app.add_option("--bootstrap", options.samples, "Bootstrap samples to draw")
                       ->check(CLI::Range(1U, mostSamples))
                       ->type_name("N");
   app.add_option("--seed", options.bootstrap.seed, "Seed of the samples")
+      ->check(seedProblem)
       ->needs(samples)
       ->type_name("S");
-  app.add_option("--bootstrap-interval", options.bootstrap.interval, "Kind of bootstrap interval")
-      ->transform(CLI::CheckedTransformer(intervals, CLI::ignore_case))
-      ->needs(samples)
-      ->type_name("percentile|bca");
+  addChoice<Interval>(app, "--bootstrap-interval", options.bootstrap.interval,
+                      {{"percentile", Interval::Percentile}, {"bca", Interval::Bca}},
+                      "Kind of bootstrap interval")
+      ->needs(samples);
   app.add_option("--bootstrap-level", options.bootstrap.level, "Its level in percent")
       ->needs(samples)
       ->type_name("L");
 }
 
+void addImputation(CLI::App& app, ImputationOptions& options) {
+  using embedded::output::PoolingDf;
+  auto* number = app.add_option("--imputation", options.number,
+                                "The imputation number: 0 for the original data")
+                     ->excludes("--bootstrap")
+                     ->type_name("VAR");
+  addChoice<PoolingDf>(app, "--pooling-df", options.df,
+                       {{"barnard-rubin", PoolingDf::BarnardRubin}, {"rubin", PoolingDf::Rubin}},
+                       "Degrees of freedom of pooled results")
+      ->needs(number);
+}
+
 void addRun(CLI::App& app, Arguments& arguments) {
-  static const std::map<std::string, SplitLayout> layouts{{"rows", SplitLayout::Rows},
-                                                          {"tables", SplitLayout::Tables}};
   addData(app, arguments);
   auto* command = app.add_option("-c,--command", arguments.request.command, "The command");
   app.add_option("-f,--file", arguments.commandFile, "A file that holds the command")
       ->excludes(command);
-  app.add_option("--split-layout", arguments.request.splitLayout,
-                 "Split groups as rows of common tables, or as tables of their own")
-      ->transform(CLI::CheckedTransformer(layouts, CLI::ignore_case))
-      ->type_name("rows|tables");
+  addChoice<SplitLayout>(app, "--split-layout", arguments.request.splitLayout,
+                         {{"rows", SplitLayout::Rows}, {"tables", SplitLayout::Tables}},
+                         "Split groups as rows of common tables, or as tables of their own");
   app.add_flag_callback(
       "--case-by-case",
       [&arguments] { arguments.request.delivery = embedded::CaseDelivery::CaseByCase; },
       "Read every case by itself");
-  app.add_option("--diagnostics", arguments.diagnostics.flags, "Diagnostic dumps to write")
-      ->delimiter(',')
-      ->allow_extra_args(false)
-      ->type_name("FLAG,...");
+  auto* dumps =
+      app.add_option("--diagnostics", arguments.diagnostics.flags, "Diagnostic dumps to write")
+          ->delimiter(',')
+          ->allow_extra_args(false)
+          ->type_name("FLAG,...");
   app.add_option("--diagnostics-file", arguments.diagnostics.path, "Where the dumps go")
+      ->needs(dumps)
       ->type_name("FILE");
   addBootstrap(app, arguments.bootstrap);
+  addImputation(app, arguments.imputation);
   addOutput(app, arguments.output);
 }
 
@@ -137,6 +189,10 @@ void complete(Arguments& arguments) {
     arguments.request.bootstrap = arguments.bootstrap.bootstrap;
     arguments.request.bootstrap->samples = arguments.bootstrap.samples;
   }
+  if (arguments.imputation.number) {
+    arguments.request.imputation =
+        embedded::Imputation{*arguments.imputation.number, arguments.imputation.df};
+  }
   if (!arguments.commandFile.empty()) {
     arguments.request.command = readFile(arguments.commandFile);
   } else if (arguments.request.command.empty()) {
@@ -148,6 +204,7 @@ void complete(Arguments& arguments) {
 
 std::optional<Arguments> readArguments(int argc, char** argv, int& exit) {
   Arguments arguments;
+  arguments.output.invocation = invocationOf(argc, argv);
   CLI::App app("Inference on binomial proportions.", "proportions");
   app.set_version_flag("--version", "proportions " PROPORTIONS_VERSION);
   app.add_option("--module", arguments.module, "Description file of the procedure module")

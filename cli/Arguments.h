@@ -17,6 +17,8 @@ struct OutputOptions {
   std::string language = "en";
   std::string colour = "auto";
   bool quiet = false;
+  bool sentences = false;  // each row of results also as a sentence
+  std::string invocation;  // the whole command line
 };
 
 // The counts that `counts` was given.
@@ -34,6 +36,11 @@ struct BootstrapOptions {
   embedded::Bootstrap bootstrap;
 };
 
+struct ImputationOptions {
+  std::optional<std::string> number;  // name of the variable
+  embedded::output::PoolingDf df = embedded::output::PoolingDf::BarnardRubin;
+};
+
 struct DiagnosticOptions {
   std::vector<std::string> flags;  // specs, algorithm, probe
   std::string path;                // empty: standard error
@@ -48,6 +55,7 @@ struct Arguments {
   OutputOptions output;
   CountsOptions counts;
   BootstrapOptions bootstrap;
+  ImputationOptions imputation;
   DiagnosticOptions diagnostics;
   std::string keyword;  // of `methods`
 };

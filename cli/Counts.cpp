@@ -17,6 +17,7 @@ namespace {
 using embedded::Error;
 using embedded::ErrorKind;
 using embedded::data::MemoryTable;
+using embedded::output::Sentences;
 
 constexpr std::uint64_t mostCases = std::uint64_t{1} << 52;  // sums of weights stay exact
 
@@ -55,24 +56,25 @@ std::pair<std::uint64_t, std::uint64_t> readProportion(const std::string& text) 
   return {counts[0], counts[1] - counts[0]};
 }
 
-embedded::output::VariableInfo outcome(const char* name) {
+embedded::output::VariableInfo outcome(const char* name, const Sentences& sentences) {
   embedded::output::VariableInfo info;
   info.name = name;
-  info.numberLabels = {{0.0, "failure"}, {1.0, "success"}};
+  info.numberLabels = {{0.0, std::string(sentences.sentence("failure"))},
+                       {1.0, std::string(sentences.sentence("success"))}};
   return info;
 }
 
-MemoryTable pairedTable(const std::string& text) {
+MemoryTable pairedTable(const std::string& text, const Sentences& sentences) {
   MemoryTable table;
-  table.variables = {outcome("first"), outcome("second")};
+  table.variables = {outcome("first", sentences), outcome("second", sentences)};
   table.rows = {{1, 1}, {1, 0}, {0, 1}, {0, 0}};
   table.counts = readCounts(text, ',', 4);
   return table;
 }
 
-MemoryTable groupsTable(const std::vector<std::string>& proportions) {
+MemoryTable groupsTable(const std::vector<std::string>& proportions, const Sentences& sentences) {
   MemoryTable table;
-  table.variables = {outcome("outcome")};
+  table.variables = {outcome("outcome", sentences)};
   if (proportions.size() == 2) {
     embedded::output::VariableInfo group;
     group.name = "group";
@@ -125,8 +127,8 @@ int runCounts(const Arguments& arguments, const embedded::output::Sentences& sen
     throw Error(ErrorKind::Usage, "Counts want one or two proportions ...");
   }
   embedded::Request request = arguments.request;
-  request.table =
-      counts.paired.empty() ? groupsTable(counts.proportions) : pairedTable(counts.paired);
+  request.table = counts.paired.empty() ? groupsTable(counts.proportions, sentences)
+                                        : pairedTable(counts.paired, sentences);
   request.command = commandFor(counts);
   return runAndWrite(std::move(request), arguments, sentences);
 }

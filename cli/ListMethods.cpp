@@ -6,11 +6,14 @@
 
 #include "Program.h"
 #include "embedded/errors/Error.h"
+#include "embedded/messages/Catalogue.h"
 #include "statistics/Methods.h"
 
 namespace cli {
 
 namespace {
+
+using embedded::messages::Catalogue;
 
 std::string upper(std::string text) {
   std::transform(text.begin(), text.end(), text.begin(),
@@ -25,18 +28,13 @@ void line(const char* name, std::string_view text) {
   }
 }
 
-// A label without the mark of a longer sentence in the catalogue.
-std::string_view plain(std::string_view label) {
-  return label.ends_with(" ...") ? label.substr(0, label.size() - 4) : label;
-}
-
 void print(statistics::Design design, statistics::MethodKind kind,
            const statistics::MethodInfo& method) {
   std::cout << method.keyword << '\n';
   line("design", std::string(statistics::nameOf(design)) + ", " +
                      std::string(statistics::nameOf(kind)) +
                      (method.isDefault ? " (default)" : ""));
-  line("label", plain(method.label));
+  line("label", Catalogue::forLanguage("en").sentence(method.label));
   line("variant", method.variant);
   line("formula", method.formula);
   line("can fail", method.canFail);

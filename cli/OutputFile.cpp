@@ -15,7 +15,7 @@ namespace {
 
 [[noreturn]] void fail(const std::string& path) {
   throw embedded::Error(embedded::ErrorKind::Output, "Cannot write ^1: ^2 ...",
-                        {path.empty() ? "standard output" : path, std::strerror(errno)});
+                        {path.empty() ? "Standard output ..." : path, std::strerror(errno)});
 }
 
 }  // namespace

@@ -67,6 +67,20 @@ std::string moduleDescription(const Arguments& arguments) {
   return (program.parent_path().parent_path() / "lib" / "proportions.module.json").string();
 }
 
+// The sentences of a language for formats that programs read: numbers in them have a decimal point.
+class PointDecimals final : public embedded::output::Sentences {
+ public:
+  static constexpr std::string_view decimalMark = "Decimal mark";
+
+  explicit PointDecimals(const Sentences& sentences) : sentences_(sentences) {}
+  std::string_view sentence(std::string_view identifier) const override {
+    return identifier == decimalMark ? "." : sentences_.sentence(identifier);
+  }
+
+ private:
+  const Sentences& sentences_;
+};
+
 // Messages on standard error: of a refused command, and where the format has no room for them.
 void writeMessages(const embedded::output::Document& document, const render::Context& context,
                    const OutputOptions& output) {
@@ -126,8 +140,19 @@ int runAndWrite(embedded::Request request, const Arguments& arguments,
   const auto session = embedded::run(request, module);
   const auto& document = session->document;
 
-  render::Context context{.sentences = &sentences, .description = &module.description()};
+  render::Context context;
+  context.sentences = &sentences;
+  context.description = &module.description();
   context.width = lineWidth();
+  context.language = arguments.output.language;
+  context.invocation = arguments.output.invocation;
+  context.rowSentences = arguments.output.sentences;
+  const PointDecimals forMachines(sentences);
+  if (format.forMachines) {
+    context.sentences = &forMachines;
+  } else {
+    context.decimalPoint = sentences.sentence(PointDecimals::decimalMark);
+  }
   // A document that holds its messages, and stands on the terminal, says them itself.
   const bool written = document.accepted || (format.forMachines && format.holdsMessages);
   if (!(written && format.holdsMessages && arguments.output.path.empty())) {
@@ -148,7 +173,7 @@ int runData(const Arguments& arguments, const embedded::output::Sentences& sente
 int describeData(const Arguments& arguments) {
   std::cout << embedded::describe(arguments.request) << std::flush;
   if (!std::cout) {
-    throw Error(ErrorKind::Output, "Cannot write ^1: ^2 ...", {"standard output", ""});
+    throw Error(ErrorKind::Output, "Cannot write ^1: ^2 ...", {"Standard output ...", ""});
   }
   return 0;
 }

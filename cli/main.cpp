@@ -4,6 +4,9 @@
 #include <exception>
 #include <iostream>
 #include <new>
+#include <span>
+#include <string>
+#include <string_view>
 
 #include "Arguments.h"
 #include "Program.h"
@@ -15,21 +18,45 @@ namespace {
 
 using embedded::Error;
 using embedded::ErrorKind;
+using embedded::messages::Catalogue;
 
 void interrupt(int /*signal*/) {
   embedded::Session::cancelled = true;
 }
 
-const embedded::output::Sentences& sentencesOf(const cli::Arguments& arguments) {
-  return embedded::messages::Catalogue::forLanguage(arguments.output.language);
+// The language that the user asks for, as it stands on the command line: errors in reading that
+// line are told in it too.
+std::string_view languageOf(std::span<char*> words) {
+  constexpr std::string_view option = "--language";
+  for (std::size_t i = 1; i < words.size(); ++i) {
+    const std::string_view word = words[i];
+    if (word == option && i + 1 < words.size()) {
+      return words[i + 1];
+    }
+    if (word.starts_with(option) && word.substr(option.size()).starts_with('=')) {
+      return word.substr(option.size() + 1);
+    }
+  }
+  return "en";
 }
 
-int act(const cli::Arguments& arguments) {
+void expectLanguage(std::string_view tag) {
+  if (Catalogue::find(tag) != nullptr) {
+    return;
+  }
+  std::string known;
+  for (const std::string& one : Catalogue::tags()) {
+    known += (known.empty() ? "" : ", ") + one;
+  }
+  throw Error(ErrorKind::Usage, "Unknown language ^1 ^2 ...", {std::string(tag), known});
+}
+
+int act(const cli::Arguments& arguments, const Catalogue& sentences) {
   switch (arguments.action) {
     case cli::Arguments::Action::Run:
-      return cli::runData(arguments, sentencesOf(arguments));
+      return cli::runData(arguments, sentences);
     case cli::Arguments::Action::Counts:
-      return cli::runCounts(arguments, sentencesOf(arguments));
+      return cli::runCounts(arguments, sentences);
     case cli::Arguments::Action::Describe:
       return cli::describeData(arguments);
     case cli::Arguments::Action::Methods:
@@ -38,11 +65,12 @@ int act(const cli::Arguments& arguments) {
   return 0;
 }
 
-int report(const Error& error) {
-  const auto& sentences = embedded::messages::Catalogue::forLanguage("en");
+// An argument that is an identifier itself, such as the reason of a failure, is told by its
+// sentence.
+int report(const Error& error, const Catalogue& sentences) {
   std::vector<embedded::output::TextPtr> texts;
   for (const std::string& argument : error.arguments()) {
-    texts.push_back(embedded::output::Text::string(argument, false));
+    texts.push_back(embedded::output::Text::string(argument, argument.ends_with(" ...")));
   }
   const auto text = embedded::output::Text::composite(error.identifier(), std::move(texts));
   std::cerr << "proportions: " << embedded::output::readerText(*text, sentences) << '\n';
@@ -56,15 +84,22 @@ int main(int argc, char** argv) {
   std::signal(SIGINT, interrupt);
   std::signal(SIGTERM, interrupt);
   std::signal(SIGPIPE, SIG_IGN);
+  const std::string_view language = languageOf({argv, static_cast<std::size_t>(argc)});
+  const Catalogue& sentences = Catalogue::forLanguage(language);
   try {
     int exit = 0;
     const auto arguments = cli::readArguments(argc, argv, exit);
-    return arguments ? act(*arguments) : exit;
+    if (!arguments) {
+      return exit;
+    }
+    expectLanguage(arguments->output.language);
+    return act(*arguments, Catalogue::forLanguage(arguments->output.language));
   } catch (const Error& error) {
-    return report(error);
+    return report(error, sentences);
   } catch (const std::bad_alloc&) {
-    return report(Error(ErrorKind::Memory, "Out of memory ..."));
+    return report(Error(ErrorKind::Memory, "Out of memory ..."), sentences);
   } catch (const std::exception& problem) {
-    return report(Error(ErrorKind::Internal, "Internal error: ^1 ...", {problem.what()}));
+    return report(Error(ErrorKind::Internal, "Internal error: ^1 ...", {problem.what()}),
+                  sentences);
   }
 }

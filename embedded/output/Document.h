@@ -56,12 +56,25 @@ struct Cell {
   NumberFormat format = NumberFormat::GeneralStat;
 };
 
+// How the resampled values of the statistic in one cell spread.
+struct Distribution {
+  std::array<Index, maxDimensions> at{};  // the place of the cell
+  Index split = none;
+  double value = 0.0;           // of the statistic itself
+  std::optional<double> lower;  // the interval taken from the resampled values
+  std::optional<double> upper;
+  double width = 0.0;  // of the bins; 0: the values are so few that each is counted by itself
+  // How often each value occurred, or how many values lie in the bin around it; ascending.
+  std::vector<std::pair<double, std::uint32_t>> counts;
+};
+
 // A pivot table. Cells stand in the order in which they were first written.
 struct Table {
   TextPtr title;
   std::vector<Dimension> dimensions;
   std::vector<Cell> cells;
   std::vector<std::vector<TextPtr>> footnoteLists;  // footnotes of single cells
+  std::vector<Distribution> distributions;          // of resampled statistics, when there are any
   Index split = none;      // of a table of its own for one split group, into Document::splits
   bool splitRows = false;  // the split variables are its outermost row dimensions
 };

@@ -92,6 +92,16 @@ Index childNode(Dimension& dimension, Index parent, const TextPtr& label, bool i
   return index;
 }
 
+Index footnoteList(Table& table, TextPtr text) {
+  for (Index i = 0; i < table.footnoteLists.size(); ++i) {
+    if (table.footnoteLists[i].size() == 1 && *table.footnoteLists[i].front() == *text) {
+      return i;
+    }
+  }
+  table.footnoteLists.push_back({std::move(text)});
+  return static_cast<Index>(table.footnoteLists.size() - 1);
+}
+
 void markCells(Table& table) {
   for (std::size_t d = 0; d < table.dimensions.size(); ++d) {
     auto& nodes = table.dimensions[d].nodes;

@@ -39,6 +39,9 @@ std::vector<Meaning> meaningsOf(const Table& table, const Description& descripti
 // The category of this label below `parent` of a dimension, made when it is new.
 Index childNode(Dimension& dimension, Index parent, const TextPtr& label, bool isGroup);
 
+// The footnote list of a table that holds this text alone, made when it is new.
+Index footnoteList(Table& table, TextPtr text);
+
 // Marks categories and groups that have cells anew.
 void markCells(Table& table);
 

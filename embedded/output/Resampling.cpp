@@ -14,6 +14,7 @@ namespace embedded::output {
 namespace {
 
 constexpr const char* heading = "Bootstrap";
+constexpr std::size_t mostDistributions = 1000;
 
 // The sampled values of one estimate: those of the samples, then those of the jackknife.
 struct Sampled {
@@ -41,9 +42,6 @@ class Summary {
     keepMessagesOfData();
     keepCasesOfData();
     document_.splits = splits_.userGroups;
-    if (!document_.data.splits.empty()) {
-      document_.data.splits.erase(document_.data.splits.begin());
-    }
   }
 
  private:
@@ -71,8 +69,7 @@ class Summary {
       if (number == 0) {
         cell.split = key.user;
         kept.push_back(cell);
-        if (statistics != none && meanings[cell.at[statistics]].pooling == "rubin" &&
-            cell.state == State::Valid) {
+        if (statistics != none && meanings[cell.at[statistics]].pooling == "rubin") {
           places.emplace(key, sampled.size());
           sampled.push_back({cell, key, std::vector<std::optional<double>>(valuesWanted())});
         }
@@ -99,37 +96,90 @@ class Summary {
         std::span(estimate.values).subspan(options_.samples, counts.size()), counts);
   }
 
-  void addStatistics(Table& table, Index statistics, const Sampled& estimate) {
+  BootstrapSummary summaryOf(const Sampled& estimate, const std::vector<double>& values) const {
+    const auto statistic = estimate.original.state == State::Valid
+                               ? std::optional(estimate.original.value)
+                               : std::nullopt;
+    return summarise(statistic, values, options_.level, options_.interval, acceleration(estimate));
+  }
+
+  // The values of the samples in which the estimate could be computed.
+  std::vector<double> computedValues(const Sampled& estimate) const {
     std::vector<double> values;
     for (std::size_t i = 0; i < options_.samples; ++i) {
       if (estimate.values[i]) {
         values.push_back(*estimate.values[i]);
       }
     }
-    const std::size_t computed = values.size();
-    std::vector<TextPtr> notes;
-    BootstrapSummary summary{.bias = missing, .standardError = missing, .lower = {}, .upper = {}};
-    if (computed >= 2) {
-      summary = summarise(estimate.original.value, std::move(values), options_.level,
-                          options_.interval, acceleration(estimate));
+    return values;
+  }
+
+  void keepDistribution(Table& table, const Sampled& estimate, const BootstrapSummary& summary,
+                        std::vector<double> values) {
+    if (!values.empty() && distributions_ < mostDistributions) {
+      ++distributions_;
+      Distribution& distribution = table.distributions.emplace_back();
+      distribution.at = estimate.key.at;
+      distribution.split = estimate.key.user;
+      distribution.value = estimate.original.state == State::Valid
+                               ? estimate.original.value
+                               : std::numeric_limits<double>::quiet_NaN();
+      distribution.lower = summary.lower;
+      distribution.upper = summary.upper;
+      addHistogram(distribution, std::move(values));
     }
+  }
+
+  void addStatistics(Table& table, Index statistics, const Sampled& estimate) {
+    std::vector<double> values = computedValues(estimate);
+    const BootstrapSummary summary = summaryOf(estimate, values);
     Dimension& dimension = table.dimensions[statistics];
     const Index group =
         childNode(dimension, estimate.original.at[statistics], Text::string(heading), true);
     describeGroup(dimension.nodes[group]);
-    add(table, statistics, group, estimate, "Bias", summary.bias);
-    add(table, statistics, group, estimate, "Std. Error", summary.standardError);
-    addBound(table, statistics, group, estimate, "Lower", summary.lower, computed);
-    addBound(table, statistics, group, estimate, "Upper", summary.upper, computed);
-    Cell& samples =
-        add(table, statistics, group, estimate, "Samples", static_cast<double>(computed));
-    samples.format = NumberFormat::Count;
+    const auto addValue = [&](const char* label, const std::optional<double>& value,
+                              BootstrapLack lacking) {
+      Cell& cell = add(table, statistics, group, estimate, label, value);
+      if (!value) {
+        cell.footnotes = footnoteList(table, Text::string(reasonOf(lacking)));
+      }
+    };
+    const BootstrapLack lacking = summary.lacking;
+    addValue("Bias", summary.bias,
+             lacking == BootstrapLack::TooFewSamples ? lacking : BootstrapLack::NoStatistic);
+    addValue("Std. Error", summary.standardError, lacking);
+    addValue("Lower", summary.lower, lacking);
+    addValue("Upper", summary.upper, lacking);
+    addSamples(table, statistics, group, estimate, values.size());
+    keepDistribution(table, estimate, summary, std::move(values));
+  }
+
+  // How many samples could be computed, and how many could not.
+  void addSamples(Table& table, Index statistics, Index group, const Sampled& estimate,
+                  std::size_t computed) const {
+    Cell& cell = add(table, statistics, group, estimate, "Samples", static_cast<double>(computed));
+    cell.format = NumberFormat::Count;
     if (computed < options_.samples) {
-      note(table, samples,
-           Text::composite("Bootstrap samples not computed ^1 ...",
-                           {Text::number(static_cast<double>(options_.samples - computed),
-                                         NumberFormat::Count)}));
+      cell.footnotes = footnoteList(
+          table, Text::composite("Bootstrap samples not computed ^1 ...",
+                                 {Text::number(static_cast<double>(options_.samples - computed),
+                                               NumberFormat::Count)}));
     }
+  }
+
+  static const char* reasonOf(BootstrapLack lacking) {
+    switch (lacking) {
+      case BootstrapLack::TooFewSamples:
+        return "Bootstrap too few samples ...";
+      case BootstrapLack::SamplesAgree:
+        return "Bootstrap samples all equal ...";
+      case BootstrapLack::StatisticOutside:
+        return "Bootstrap statistic outside samples ...";
+      case BootstrapLack::NoStatistic:
+      case BootstrapLack::None:
+        break;
+    }
+    return "Bootstrap statistic missing ...";
   }
 
   // What kind of interval stands in the group.
@@ -146,44 +196,24 @@ class Summary {
   }
 
   static Cell& add(Table& table, Index statistics, Index group, const Sampled& estimate,
-                   const char* label, double value) {
+                   const char* label, const std::optional<double>& value) {
     Cell cell = estimate.original;
     cell.at[statistics] =
         childNode(table.dimensions[statistics], group, Text::string(label), false);
     cell.footnotes = none;
-    cell.state = isSystemMissing(value) ? State::Missing : State::Valid;
-    cell.value = cell.state == State::Valid ? value : 0.0;
+    cell.state = value ? State::Valid : State::Missing;
+    cell.value = value.value_or(0.0);
     cell.format = NumberFormat::GeneralStat;
     table.cells.push_back(cell);
     return table.cells.back();
-  }
-
-  static void addBound(Table& table, Index statistics, Index group, const Sampled& estimate,
-                       const char* label, const std::optional<double>& bound,
-                       std::size_t computed) {
-    Cell& cell = add(table, statistics, group, estimate, label, bound.value_or(missing));
-    if (!bound) {
-      note(table, cell,
-           Text::string(computed < 2 ? "Bootstrap too few samples ..."
-                                     : "Bootstrap interval not computed ..."));
-    }
-  }
-
-  static void note(Table& table, Cell& cell, TextPtr text) {
-    for (Index i = 0; i < table.footnoteLists.size(); ++i) {
-      if (table.footnoteLists[i].size() == 1 && *table.footnoteLists[i].front() == *text) {
-        cell.footnotes = i;
-        return;
-      }
-    }
-    table.footnoteLists.push_back({std::move(text)});
-    cell.footnotes = static_cast<Index>(table.footnoteLists.size() - 1);
   }
 
   // Cells of one split group stand together, as renderers expect them.
   static void sortBySplit(Table& table) {
     std::stable_sort(table.cells.begin(), table.cells.end(),
                      [](const Cell& a, const Cell& b) { return a.split < b.split; });
+    std::stable_sort(table.distributions.begin(), table.distributions.end(),
+                     [](const auto& a, const auto& b) { return a.split < b.split; });
   }
 
   // What was said of single samples goes away with them: the tables say how many were computed.
@@ -193,9 +223,26 @@ class Summary {
     });
     for (Message& message : document_.messages) {
       if (message.split != none) {
+        message.text = withoutSample(message.text, document_.splits[message.split]);
         message.split = splits_.user[message.split];
       }
     }
+  }
+
+  // The text without the sample number in lists of all split values, where others are left.
+  static TextPtr withoutSample(const TextPtr& text, const SplitGroup& group) {
+    if (group.values.size() < 2) {
+      return text;
+    }
+    Text changed = *text;
+    for (TextPtr& argument : changed.items) {
+      const auto& items = argument->items;
+      if (argument->kind == Text::Kind::List && items.size() == 2 * group.values.size() &&
+          *items[1] == *group.values.front()) {
+        argument = Text::list({items.begin() + 2, items.end()});
+      }
+    }
+    return std::make_shared<const Text>(std::move(changed));
   }
 
   void keepCasesOfData() {
@@ -206,14 +253,26 @@ class Summary {
     std::erase_if(cases, [](const auto& group) { return group.first == none; });
   }
 
-  static constexpr double missing = std::numeric_limits<double>::lowest();
-
   Document& document_;
   const Description& description_;
   const BootstrapOptions& options_;
   PooledSplits splits_;
   std::size_t most_ = 0;
+  std::size_t distributions_ = 0;  // kept so far
 };
+
+// The elements of one split group, from `next` on, which moves behind them; they are no rows of a
+// common table any more.
+template <class Element>
+std::vector<Element> takeGroup(const std::vector<Element>& elements, std::size_t& next,
+                               Index split) {
+  std::vector<Element> taken;
+  for (; next < elements.size() && elements[next].split == split; ++next) {
+    taken.push_back(elements[next]);
+    taken.back().split = none;
+  }
+  return taken;
+}
 
 }  // namespace
 
@@ -223,22 +282,33 @@ void summariseBootstrap(Document& document, const Description& description,
 }
 
 void separateSplitGroups(Document& document) {
-  std::vector<Table> separate;
-  for (Index split = 0; split < document.splits.size(); ++split) {
-    for (const Table& table : document.tables) {
-      Table own = table;
-      own.split = split;
-      own.splitRows = false;
-      std::erase_if(own.cells, [&](const Cell& cell) { return cell.split != split; });
-      for (Cell& cell : own.cells) {
-        cell.split = none;
-      }
-      markCells(own);
-      separate.push_back(std::move(own));
-    }
+  if (document.splits.empty()) {
+    return;
   }
-  if (!document.splits.empty()) {
-    document.tables = std::move(separate);
+  // The common tables without their contents are what each group's own begin as. What belongs to
+  // one group stands together, in the order of the groups.
+  const std::vector<Table> common = std::exchange(document.tables, {});
+  std::vector<Table> shells;
+  for (const Table& table : common) {
+    Table& shell = shells.emplace_back();
+    shell.title = table.title;
+    shell.dimensions = table.dimensions;
+    shell.footnoteLists = table.footnoteLists;
+  }
+  std::vector<std::array<std::size_t, 2>> next(common.size());
+  for (Index split = 0; split < document.splits.size(); ++split) {
+    for (std::size_t t = 0; t < common.size(); ++t) {
+      auto cells = takeGroup(common[t].cells, next[t][0], split);
+      auto distributions = takeGroup(common[t].distributions, next[t][1], split);
+      if (cells.empty() && !common[t].cells.empty()) {
+        continue;
+      }
+      Table& own = document.tables.emplace_back(shells[t]);
+      own.split = split;
+      own.cells = std::move(cells);
+      own.distributions = std::move(distributions);
+      markCells(own);
+    }
   }
 }
 

@@ -12,7 +12,11 @@ namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-using Policy = boost::math::policies::policy<boost::math::policies::promote_double<false>>;
+// A quantile too large for a double is infinite, and what is not a number stays none: no failures.
+namespace policies = boost::math::policies;
+using Policy = policies::policy<policies::promote_double<false>,
+                                policies::overflow_error<policies::ignore_error>,
+                                policies::domain_error<policies::ignore_error>>;
 using Normal = boost::math::normal_distribution<double, Policy>;
 using StudentsT = boost::math::students_t_distribution<double, Policy>;
 
@@ -40,13 +44,12 @@ double meanSquare(std::span<const double> values) {
   return sum / static_cast<double>(values.size());
 }
 
-// Rubin (1987), (3.1.6): (m - 1) (1 + 1/r)^2.
-double rubinDf(int m, double increase) {
-  if (increase == 0.0) {
-    return infinity;
-  }
-  const double ratio = 1.0 + 1.0 / increase;
-  return (m - 1) * ratio * ratio;
+// Comparisons with what is not a number are false, so that it stays what it is.
+double atLeast(double low, double raw) {
+  return raw < low ? low : raw;
+}
+double atMost(double high, double raw) {
+  return raw > high ? high : raw;
 }
 
 // Barnard and Rubin (1999), with lambda the share of the variance that is between.
@@ -75,6 +78,14 @@ double upperTail(double t, double df) {
 
 }  // namespace
 
+double rubinDf(int imputations, double increase) {
+  if (increase == 0.0) {
+    return infinity;
+  }
+  const double ratio = 1.0 + 1.0 / increase;
+  return (imputations - 1) * ratio * ratio;
+}
+
 PooledEstimate poolEstimates(std::span<const double> estimates,
                              std::span<const double> standardErrors,
                              std::optional<double> completeDf, PoolingDf rule) {
@@ -89,17 +100,17 @@ PooledEstimate poolEstimates(std::span<const double> estimates,
   const double added = (1.0 + 1.0 / m) * pooled.between;
   pooled.total = pooled.within + added;
   pooled.standardError = std::sqrt(pooled.total);
-  if (added > 0.0) {
-    pooled.increase = pooled.within > 0.0 ? added / pooled.within : infinity;
-  } else {
+  if (added == 0.0) {
     pooled.estimate = *least;
+  } else {
+    pooled.increase = pooled.within == 0.0 ? infinity : added / pooled.within;
   }
   pooled.df = rubinDf(m, pooled.increase);
-  if (rule == PoolingDf::BarnardRubin && completeDf && added > 0.0) {
+  if (rule == PoolingDf::BarnardRubin && completeDf && added != 0.0) {
     pooled.df = barnardRubinDf(pooled.df, added / pooled.total, *completeDf);
   }
-  if (added > 0.0) {
-    pooled.missingInformation = std::min(1.0, missingInformation(pooled.increase, pooled.df));
+  if (added != 0.0) {
+    pooled.missingInformation = atMost(1.0, missingInformation(pooled.increase, pooled.df));
   }
   pooled.efficiency = 1.0 / (1.0 + pooled.missingInformation / m);
   return pooled;
@@ -117,19 +128,25 @@ PooledInterval pooledWald(const PooledEstimate& pooled, double levelPercent, dou
     return {low, high};
   }
   const double half = criticalValue(levelPercent, pooled.df) * pooled.standardError;
-  return {std::max(low, pooled.estimate - half), std::min(high, pooled.estimate + half)};
+  return {atLeast(low, pooled.estimate - half), atMost(high, pooled.estimate + half)};
 }
 
+// The bounds are the roots of (1 + w) x^2 - (2q + w) x + q^2, with w for t^2 (1 + r) / n. Each is
+// written without a difference of numbers that are nearly equal: at proportions of 0 and 1 the
+// bounds there are exact.
 PooledInterval pooledWilson(const PooledEstimate& pooled, double trials, double levelPercent) {
-  if (std::isinf(pooled.increase)) {
+  const double t = criticalValue(levelPercent, rubinDf(pooled.imputations, pooled.increase));
+  const double w = t * t / trials * (1.0 + pooled.increase);
+  if (std::isinf(pooled.increase) || std::isinf(w)) {
     return {0.0, 1.0};
   }
-  const double t = criticalValue(levelPercent, rubinDf(pooled.imputations, pooled.increase));
-  const double widened = t * t / trials * (1.0 + pooled.increase);
   const double q = pooled.estimate;
-  const double centre = (2.0 * q + widened) / (2.0 * (1.0 + widened));
-  const double half = std::sqrt(std::max(0.0, centre * centre - q * q / (1.0 + widened)));
-  return {std::max(0.0, centre - half), std::min(1.0, centre + half)};
+  const double root = std::sqrt(w * (4.0 * q * (1.0 - q) + w));
+  const auto lower = [&](double p) {
+    const double divisor = 2.0 * p + w + root;
+    return divisor == 0.0 ? 0.0 : 2.0 * p * p / divisor;
+  };
+  return {atLeast(0.0, lower(q)), atMost(1.0, 1.0 - lower(1.0 - q))};
 }
 
 PooledInterval pooledNewcombe(const PooledEstimate& first, double firstTrials,
@@ -138,10 +155,10 @@ PooledInterval pooledNewcombe(const PooledEstimate& first, double firstTrials,
   const PooledInterval one = pooledWilson(first, firstTrials, levelPercent);
   const PooledInterval two = pooledWilson(second, secondTrials, levelPercent);
   const double difference = first.estimate - second.estimate;
-  return {std::max(-1.0, difference -
-                             std::hypot(first.estimate - one.lower, two.upper - second.estimate)),
-          std::min(1.0, difference +
-                            std::hypot(one.upper - first.estimate, second.estimate - two.lower))};
+  return {atLeast(-1.0,
+                  difference - std::hypot(first.estimate - one.lower, two.upper - second.estimate)),
+          atMost(1.0,
+                 difference + std::hypot(one.upper - first.estimate, second.estimate - two.lower))};
 }
 
 std::optional<PooledTest> pooledTest(const PooledEstimate& difference) {

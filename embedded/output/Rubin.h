@@ -41,22 +41,27 @@ struct PooledTest {
 };
 
 // Combines estimates with their standard errors; the spans have the same length, at least 2.
-// `completeDf`: degrees of freedom of the complete data, for Barnard and Rubin's; without it,
-// Rubin's.
+// `completeDf`: degrees of freedom of the complete data, at least 0, for Barnard and Rubin's;
+// without it, Rubin's. Something that is not a number among them makes all that rests on it none.
 PooledEstimate poolEstimates(std::span<const double> estimates,
                              std::span<const double> standardErrors,
                              std::optional<double> completeDf, PoolingDf rule);
 
-// The quantile of Student's t at confidence level L percent, two-sided: of the normal
-// distribution where the degrees of freedom are infinite.
+// Rubin's degrees of freedom (1987, (3.1.6)) for an increase r: (m - 1) (1 + 1/r)^2, infinite
+// where r is 0.
+double rubinDf(int imputations, double increase);
+
+// The quantile of Student's t at confidence level L percent, 0 <= L < 100, two-sided, for degrees
+// of freedom above 0: of the normal distribution where they are infinite. Infinite where it is
+// beyond the doubles.
 double criticalValue(double levelPercent, double df);
 
 // Wald's interval from the pooled estimate, kept within [low, high].
 PooledInterval pooledWald(const PooledEstimate& pooled, double levelPercent, double low,
                           double high);
 
-// Lott and Reiter's Wilson interval of one proportion of n > 0 trials, by Rubin's degrees of
-// freedom. Where the imputations agree it is Wilson's own interval.
+// Lott and Reiter's Wilson interval of one proportion of n > 0 trials. Its t has Rubin's degrees
+// of freedom, as they define it. Where the imputations agree it is Wilson's own interval.
 PooledInterval pooledWilson(const PooledEstimate& pooled, double trials, double levelPercent);
 
 // Sidi and Harel's Newcombe interval of a difference: the pooled Wilson intervals of two
@@ -66,7 +71,7 @@ PooledInterval pooledNewcombe(const PooledEstimate& first, double firstTrials,
                               double levelPercent);
 
 // The test that the quantity is zero: t with the pooled degrees of freedom. Nothing when the
-// total variance is zero.
+// total variance or the degrees of freedom are zero.
 std::optional<PooledTest> pooledTest(const PooledEstimate& difference);
 
 }  // namespace embedded::output

@@ -3,8 +3,11 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <chrono>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 #include "embedded/output/Template.h"
@@ -12,6 +15,9 @@
 namespace embedded::output {
 
 namespace {
+
+// The sentence of this identifier is the decimal mark of a language; without one it is a point.
+constexpr std::string_view decimalMark = "Decimal mark";
 
 // Years that the proleptic calendar of the standard library covers.
 constexpr double mostDays = 11'000'000.0;
@@ -72,15 +78,48 @@ std::string printRaw(const Text& text) {
   return {};
 }
 
+// The number with the decimal mark of the sentences' language.
+std::string withDecimalMark(std::string number, const Sentences& sentences) {
+  const std::string_view mark = sentences.sentence(decimalMark);
+  const std::size_t at = number.find('.');
+  return at == std::string::npos || number == "." || mark == decimalMark
+             ? number
+             : number.replace(at, 1, mark);
+}
+
+// The number with as many decimals as its format asks for, and never with fewer than it has.
+std::string withDecimals(std::string number, int decimals) {
+  if (decimals <= 0 || number.find_first_not_of("-0123456789.") != std::string::npos) {
+    return number;
+  }
+  std::size_t point = number.find('.');
+  if (point == std::string::npos) {
+    point = number.size();
+    number += '.';
+  }
+  const std::size_t wanted = point + 1 + static_cast<std::size_t>(decimals);
+  return number.append(wanted > number.size() ? wanted - number.size() : 0, '0');
+}
+
+// A value without a label.
+std::string printValue(const Text& text, const Sentences& sentences) {
+  std::string raw = rawText(*text.variable, text.value);
+  const auto* number = std::get_if<double>(&text.value);
+  if (number == nullptr || text.variable->kind != ValueKind::Number || isSystemMissing(*number)) {
+    return raw;
+  }
+  return withDecimalMark(withDecimals(std::move(raw), text.variable->decimals), sentences);
+}
+
 std::string printForReader(const Text& text, const Sentences& sentences) {
   switch (text.kind) {
     case Text::Kind::Number:
-      return shortest(std::get<double>(text.value));
+      return withDecimalMark(shortest(std::get<double>(text.value)), sentences);
     case Text::Kind::Variable:
       return text.variable->label.empty() ? text.variable->name : text.variable->label;
     case Text::Kind::Value: {
       std::string label = text.preferLabel ? valueLabel(*text.variable, text.value) : "";
-      return label.empty() ? rawText(*text.variable, text.value) : label;
+      return label.empty() ? printValue(text, sentences) : label;
     }
     default:
       return readerText(text, sentences);
@@ -94,7 +133,14 @@ bool isSystemMissing(double number) {
 }
 
 std::string fullPrecision(double number) {
-  return fmt::format("{:.17g}", number);
+  std::array<char, 32> text{};
+  char* const end = text.data() + text.size();
+  // Most numbers are counts; below 2^53 all their digits are fewer than seventeen.
+  const bool isCount = number >= 1 && number < 0x1p53 && number == std::floor(number);
+  const auto written =
+      isCount ? std::to_chars(text.data(), end, static_cast<std::int64_t>(number))
+              : std::to_chars(text.data(), end, number, std::chars_format::general, 17);
+  return {text.data(), written.ptr};
 }
 
 std::string shortest(double number) {

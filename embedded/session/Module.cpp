@@ -30,7 +30,8 @@ Module Module::load(const std::string& descriptionFile, bool diagnostic) {
   Module module;
   module.description_ = readDescription(descriptionFile);
   const auto& description = module.description_;
-  const std::filesystem::path folder = std::filesystem::path(descriptionFile).parent_path();
+  // With its folder spelled out a library is never searched for elsewhere.
+  const std::filesystem::path folder = std::filesystem::absolute(descriptionFile).parent_path();
   const std::string file =
       (folder / (diagnostic ? description.diagnosticLibrary : description.library)).string();
   module.library_.reset(dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL));

@@ -1,9 +1,13 @@
 #include "embedded/session/Run.h"
 
+#include <algorithm>
+
 #include "embedded/data/Describe.h"
+#include "embedded/data/ImputationSource.h"
 #include "embedded/data/OpenData.h"
 #include "embedded/data/ResampledSource.h"
 #include "embedded/errors/Error.h"
+#include "embedded/output/Imputation.h"
 
 namespace embedded {
 
@@ -30,10 +34,14 @@ data::DataOptions dataOptions(const Request& request) {
   if (request.splitsGiven) {
     options.splits = request.splits;
   }
+  if (request.imputation) {
+    options.imputation = request.imputation->number;
+  }
   options.cases.mode = modeOf(request);
   options.cases.collation = request.locale;
   options.threads = request.threads;
   options.memory = request.memory;
+  options.timeout = request.timeout;
   return options;
 }
 
@@ -52,6 +60,13 @@ void openRelation(Session& session, const Request& request) {
   session.document.data = std::move(opened.info);
 }
 
+// Has the numbers of the imputations checked while the cases are read.
+void checkImputations(Session& session) {
+  session.cases =
+      std::make_unique<data::ImputationSource>(std::move(session.cases), session.dictionary);
+  session.pooling = true;
+}
+
 // Puts samples drawn from the patterns in the place of the data; they stay the session's.
 const data::ResampledSource& resample(Session& session, const Bootstrap& bootstrap) {
   const int sampleNumber = data::addSampleNumber(session.dictionary);
@@ -64,9 +79,6 @@ const data::ResampledSource& resample(Session& session, const Bootstrap& bootstr
   const data::ResampledSource& samples = *source;
   session.cases = std::move(source);
   session.bootstrapping = true;
-  auto& splits = session.document.data.splits;
-  splits.insert(splits.begin(),
-                session.dictionary.variables[static_cast<std::size_t>(sampleNumber)].info);
   session.document.data.seed = bootstrap.seed;
   return samples;
 }
@@ -105,12 +117,41 @@ void summariseSamples(Session& session, const Bootstrap& bootstrap,
   }
 }
 
+void poolImputations(Session& session, const Imputation& imputation,
+                     const output::Description& description) {
+  output::poolImputations(session.document, description, imputation.df);
+  if (session.splitLayout == SplitLayout::Tables) {
+    output::separateSplitGroups(session.document);
+  }
+}
+
+void warn(output::Document& document, output::TextPtr text) {
+  output::Message message;
+  message.severity = output::Severity::Warning;
+  message.text = std::move(text);
+  document.messages.push_back(std::move(message));
+}
+
 void warnOfNoCases(output::Document& document) {
-  if (document.accepted && document.data.cases.read == 0) {
-    output::Message message;
-    message.severity = output::Severity::Warning;
-    message.text = output::Text::string("No cases ...");
-    document.messages.push_back(std::move(message));
+  if (document.data.cases.read == 0) {
+    warn(document, output::Text::string("No cases ..."));
+  }
+}
+
+// A split variable is constant in each group, so an analysis of it has little to say; and one
+// that is named like an imputation number is taken for one.
+void warnOfSplits(Session& session) {
+  for (const int split : session.dictionary.splits) {
+    const data::Variable& variable = session.dictionary.variables[static_cast<std::size_t>(split)];
+    const auto& used = session.columnsInUse;
+    if (std::find(used.begin(), used.end(), split) != used.end()) {
+      warn(session.document, output::Text::composite("Split variable analysed ^1 ...",
+                                                     {output::Text::ofVariable(variable.info)}));
+    }
+    if (!session.pooling && data::isImputationNumber(variable)) {
+      warn(session.document, output::Text::composite("Split variable numbers imputations ^1 ...",
+                                                     {output::Text::ofVariable(variable.info)}));
+    }
   }
 }
 
@@ -130,6 +171,9 @@ std::unique_ptr<Session> run(const Request& request, const Module& module) {
   } else {
     openRelation(*session, request);
   }
+  if (request.imputation) {
+    checkImputations(*session);
+  }
   const data::ResampledSource* samples =
       request.bootstrap ? &resample(*session, *request.bootstrap) : nullptr;
   module.call();
@@ -138,9 +182,16 @@ std::unique_ptr<Session> run(const Request& request, const Module& module) {
   }
   Session::checkCancelled();
   session->document.accepted = session->accepted;
-  if (samples != nullptr && session->accepted) {
+  if (!session->accepted) {
+    return session;
+  }
+  if (request.bootstrap && samples != nullptr) {
     summariseSamples(*session, *request.bootstrap, *samples, module.description());
   }
+  if (request.imputation) {
+    poolImputations(*session, *request.imputation, module.description());
+  }
+  warnOfSplits(*session);
   warnOfNoCases(session->document);
   return session;
 }

@@ -11,6 +11,7 @@
 #include "embedded/data/MemorySource.h"
 #include "embedded/output/Document.h"
 #include "embedded/output/Resampling.h"
+#include "embedded/output/Rubin.h"
 #include "embedded/session/Module.h"
 #include "embedded/session/Session.h"
 
@@ -27,6 +28,12 @@ struct Bootstrap {
   std::optional<double> level;  // in percent; the command's when not given
 };
 
+// Imputations that the data hold.
+struct Imputation {
+  std::string number;  // name of the variable that numbers them; 0 is the original data
+  output::PoolingDf df = output::PoolingDf::BarnardRubin;
+};
+
 struct Request {
   std::string data;                        // a path, "-", or an engine's address
   std::optional<data::MemoryTable> table;  // counts given in place of data
@@ -36,11 +43,13 @@ struct Request {
   std::vector<std::string> splits;
   bool splitsGiven = false;
   SplitLayout splitLayout = SplitLayout::Rows;
-  std::string locale;  // collation of strings; empty: code point order
-  std::optional<Bootstrap> bootstrap;
+  std::string locale;                  // collation of strings; empty: code point order
+  std::optional<Bootstrap> bootstrap;  // not together with imputation
+  std::optional<Imputation> imputation;
   CaseDelivery delivery = CaseDelivery::Automatic;
   int threads = 0;     // 0: as many as the machine has
   std::string memory;  // such as "2GB"; empty: the engine's own limit
+  double timeout = 0;  // seconds that a server may keep silent; 0: any time
   std::string version;
   std::function<void(const std::string& line)> diagnostics;
 };

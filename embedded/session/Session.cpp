@@ -4,6 +4,7 @@
 
 #include "embedded/errors/Error.h"
 #include "host/data/OBS.h"
+#include "host/distributions/MCMV.h"
 #include "host/errors/Assertion.h"
 
 namespace embedded {
@@ -16,6 +17,10 @@ Session* currentSession = nullptr;
 output::TextPtr splitValue(const data::Variable& variable, const OBS* observation) {
   if (variable.type == 0) {
     return output::Text::ofValue(variable.info, observation->number, true);
+  }
+  // A null string is no blank one: it is shown as missing.
+  if (variable.isSystemMissing(observation)) {
+    return output::Text::ofValue(variable.info, MCMV::Missing, true);
   }
   const std::string_view bytes(observation->bytes, static_cast<std::size_t>(variable.type));
   std::string text(bytes.substr(0, bytes.find('\0')));

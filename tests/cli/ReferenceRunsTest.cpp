@@ -43,10 +43,14 @@ Json argumentsOfMessage(const Json& arguments) {
   return out;
 }
 
-// Identifier, arguments, show and level of each message, in order.
+// Identifier, arguments, show and level of each message, in order; without the host's own remark on
+// a split variable that numbers imputations.
 Json messagesOf(const Json& document) {
   Json out = Json::array();
   for (const Json& message : document["messages"]) {
+    if (message["id"] == "Split variable numbers imputations ^1 ...") {
+      continue;
+    }
     out.push_back(
         {labelText(message["id"], message["arguments"]), message["show"], message["level"]});
   }

@@ -50,6 +50,8 @@ TEST(Usage, ThatIsWrongIsRefused) {
       {"run", "data.csv", "-c", "PROPORTIONS /ONESAMPLE v", "--format", "poem"},
       {"run", "data.csv", "-c", "PROPORTIONS /ONESAMPLE v", "-o", "results.poem"},
       {"run", "data.csv", "-c", "PROPORTIONS /ONESAMPLE v", "--split-layout", "pages"},
+      {"run", "data.csv", "-c", "PROPORTIONS /ONESAMPLE v", "--split-layout", "1"},
+      {"run", "data.csv", "-c", "PROPORTIONS /ONESAMPLE v", "--diagnostics-file", "dump.txt"},
       {"run", "data.csv", "-c", "PROPORTIONS /ONESAMPLE v", "--threads", "0"},
       {"run", "data.csv", "-c", "PROPORTIONS /ONESAMPLE v", "--threads", "many"},
       {"run", "data.csv", "-c", "PROPORTIONS /ONESAMPLE v", "--memory", "lots"},
