@@ -8,6 +8,7 @@
 #include "embedded/output/Values.h"
 #include "render/Footnotes.h"
 #include "render/Grid.h"
+#include "render/MachineNames.h"
 #include "render/NodeTexts.h"
 #include "render/Renderer.h"
 
@@ -59,24 +60,7 @@ std::string splitText(const Document& document, Index split) {
 }
 
 std::string pathText(const Dimension& dimension, Index node) {
-  std::string out;
-  for (const Index step : pathOf(dimension, node)) {
-    out += out.empty() ? "" : pathSeparator;
-    out += machineText(*dimension.nodes[step].label);
-  }
-  return out;
-}
-
-std::string_view nameOf(State state) {
-  switch (state) {
-    case State::Valid:
-      return "valid";
-    case State::Missing:
-      return "missing";
-    case State::NotANumber:
-      return "nan";
-  }
-  return {};
+  return joinedPath(dimension, node, pathSeparator, machineText);
 }
 
 // The rows of one table, written behind one another into a block of text.
@@ -147,7 +131,7 @@ class CsvTable {
       block_ += embedded::output::fullPrecision(cell.value);
     }
     block_ += ',';
-    block_ += nameOf(cell.state);
+    block_ += stateName(cell.state);
     block_ += ',';
     appendField(block_, footnotes_.of(cell));
     block_ += '\n';

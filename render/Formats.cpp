@@ -11,6 +11,10 @@ constexpr std::array table{
     Format{"text", "txt", false, true, renderText},
     Format{"json", "json", true, true, renderJson},
     Format{"csv", "csv", true, false, renderCsv},
+    Format{"html", "html htm", false, true, renderHtml},
+    Format{"markdown", "md markdown", false, true, renderMarkdown},
+    Format{"latex", "tex", false, true, renderLatex},
+    Format{"xlsx", "xlsx", false, true, renderXlsx},
 };
 
 bool lists(std::string_view endings, std::string_view ending) {

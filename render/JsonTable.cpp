@@ -2,6 +2,7 @@
 
 #include "render/Footnotes.h"
 #include "render/Grid.h"
+#include "render/MachineNames.h"
 #include "render/NodeTexts.h"
 #include "render/Numbers.h"
 
@@ -20,18 +21,6 @@ std::string_view nameOf(Axis axis) {
       return "column";
     case Axis::Layer:
       return "layer";
-  }
-  return {};
-}
-
-std::string_view nameOf(State state) {
-  switch (state) {
-    case State::Valid:
-      return "valid";
-    case State::Missing:
-      return "missing";
-    case State::NotANumber:
-      return "nan";
   }
   return {};
 }
@@ -80,12 +69,10 @@ class JsonTable {
   }
 
   std::string pathText(const Dimension& dimension, Index node) const {
-    std::string out = "[";
-    for (const Index step : pathOf(dimension, node)) {
-      out += out.size() == 1 ? "" : ",";
-      out += labelText(*dimension.nodes[step].label);
-    }
-    return out + "]";
+    return "[" +
+           joinedPath(dimension, node, ",",
+                      [this](const embedded::output::Text& label) { return labelText(label); }) +
+           "]";
   }
 
   Json dimensions() const {
@@ -123,7 +110,7 @@ class JsonTable {
     block_ += ",\"value\":";
     block_ += cell.state == State::Valid ? jsonNumber(cell.value) : "null";
     block_ += ",\"state\":\"";
-    block_ += nameOf(cell.state);
+    block_ += stateName(cell.state);
     block_ += "\",\"text\":\"";
     block_ += shown;
     block_ += "\",\"format\":\"";

@@ -4,9 +4,9 @@
 
 #include <algorithm>
 
-#include "embedded/output/Template.h"
 #include "embedded/output/Values.h"
 #include "render/Columns.h"
+#include "render/Phrase.h"
 #include "render/ReaderTable.h"
 #include "render/TextTable.h"
 
@@ -18,19 +18,6 @@ using embedded::output::Message;
 using embedded::output::Place;
 using embedded::output::readerText;
 using embedded::output::Severity;
-using embedded::output::Text;
-
-std::string severityName(Severity severity, const Context& context) {
-  switch (severity) {
-    case Severity::Error:
-      return std::string(context.sentences->sentence("error"));
-    case Severity::Warning:
-      return std::string(context.sentences->sentence("warning"));
-    case Severity::Note:
-      return std::string(context.sentences->sentence("note"));
-  }
-  return {};
-}
 
 std::string colourOf(Severity severity, const Context& context) {
   if (!context.colour || severity == Severity::Note) {
@@ -60,13 +47,13 @@ std::string caretLines(const Place& place) {
 void addCases(const Document& document, const Context& context,
               std::vector<std::pair<std::string, std::string>>& facts) {
   const auto& cases = document.data.cases;
-  const auto say = [&](std::string_view id, std::vector<std::uint64_t> numbers) {
-    std::vector<embedded::output::TextPtr> arguments;
+  const auto say = [&](std::string_view id, std::initializer_list<std::uint64_t> numbers) {
+    std::vector<std::string> arguments;
+    arguments.reserve(numbers.size());
     for (const std::uint64_t number : numbers) {
-      arguments.push_back(
-          Text::number(static_cast<double>(number), embedded::output::NumberFormat::Count));
+      arguments.push_back(std::to_string(number));
     }
-    return readerText(*Text::composite(std::string(id), std::move(arguments)), *context.sentences);
+    return phrase(context, id, arguments);
   };
   std::string text = say("Cases read ^1", {cases.read});
   if (cases.invalidWeight > 0) {
@@ -82,20 +69,36 @@ void addCases(const Document& document, const Context& context,
 
 }  // namespace
 
-std::string messageText(const Document& document, const Message& message, const Context& context) {
-  std::string out = colourOf(message.severity, context) + severityName(message.severity, context) +
-                    ":" + std::string(context.colour ? plain : "") + " " +
-                    visible(readerText(*message.text, *context.sentences));
+std::string severityName(Severity severity, const Context& context) {
+  switch (severity) {
+    case Severity::Error:
+      return std::string(context.sentences->sentence("error"));
+    case Severity::Warning:
+      return std::string(context.sentences->sentence("warning"));
+    case Severity::Note:
+      return std::string(context.sentences->sentence("note"));
+  }
+  return {};
+}
+
+std::string messageSentence(const Document& document, const Message& message,
+                            const Context& context) {
+  std::string out = visible(readerText(*message.text, *context.sentences));
   if (!message.nearest.empty()) {
-    out += " " + visible(readerText(
-                     *Text::composite("Nearest name ^1", {Text::string(message.nearest, false)}),
-                     *context.sentences));
+    out += " " + visible(phrase(context, "Nearest name ^1", {message.nearest}));
   }
   // A warning whose text does not name the split group says it here.
   if (message.split != embedded::output::none && message.text->items.empty()) {
     out += " (" + visible(splitSentence(document, message.split, *context.sentences)) + ")";
   }
-  out += '\n';
+  return out;
+}
+
+std::string messageText(const Document& document, const Message& message, const Context& context) {
+  const std::string out = colourOf(message.severity, context) +
+                          severityName(message.severity, context) + ":" +
+                          std::string(context.colour ? plain : "") + " " +
+                          messageSentence(document, message, context) + "\n";
   return message.where ? out + caretLines(*message.where) : out;
 }
 

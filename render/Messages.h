@@ -10,6 +10,14 @@
 
 namespace render {
 
+// "error", "warning" or "note" in the reader's language.
+std::string severityName(embedded::output::Severity severity, const Context& context);
+
+// The message in full: its sentence, the nearest name where one was mistyped, the split group where
+// the sentence does not name it. On one line.
+std::string messageSentence(const Document& document, const embedded::output::Message& message,
+                            const Context& context);
+
 // The message as lines, each ended: kind and sentence with its place, then, for a message about
 // the command, the line of the command with a caret under the place.
 std::string messageText(const Document& document, const embedded::output::Message& message,

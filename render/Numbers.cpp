@@ -144,6 +144,10 @@ std::string shownNumber(double value, int decimals, std::string_view decimalPoin
   return withDecimalPoint(fixed(value, decimals), decimalPoint);
 }
 
+std::string shortNumber(double value, std::string_view decimalPoint) {
+  return withDecimalPoint(embedded::output::shortest(value), decimalPoint);
+}
+
 CellPrinter::CellPrinter(const Grid& grid, const Context& context)
     : decimalPoint_(context.decimalPoint),
       meanings_(columnMeanings(grid, *context.description)),

@@ -55,6 +55,9 @@ class CellPrinter {
 // Numbers outside of tables, such as those on the axis of a plot.
 std::string shownNumber(double value, int decimals, std::string_view decimalPoint);
 
+// A number with just the digits that it has, such as a level or a reference value.
+std::string shortNumber(double value, std::string_view decimalPoint);
+
 // Whether a cell of this meaning lies at an end of its range.
 bool liesAtRangeEnd(const Cell& cell, const embedded::output::Meaning& meaning);
 

@@ -5,13 +5,17 @@
 #include <unordered_map>
 
 #include "embedded/output/Values.h"
+#include "render/Phrase.h"
 
 namespace render {
 
 namespace {
 
 using embedded::output::readerText;
+using embedded::output::Role;
 using embedded::output::Text;
+
+constexpr std::size_t mostOutcomes = 6;  // that a note lists
 
 std::string nameOf(const embedded::output::VariableInfo& variable) {
   return variable.label.empty() ? variable.name : variable.label;
@@ -42,7 +46,9 @@ class Builder {
     if (table_.split != none) {
       result_.split = splitSentence(document_, table_.split, *context_.sentences);
     }
+    result_.direction = context_.description->table(table_.title->id).direction;
     result_.meanings = printer_.meanings();
+    result_.splitHeads = splitsLead() ? document_.data.splits.size() : 0;
     nameRows();
     nameColumns();
     grid_.forEachRow([&](const Row& row) { addRow(row); });
@@ -99,7 +105,9 @@ class Builder {
   }
 
   ReaderLabel labelOf(const Dimension& dimension, Index node) {
-    return {shown(*dimension.nodes[node].label), notesOf(dimension.nodes[node].footnotes)};
+    const Text& label = *dimension.nodes[node].label;
+    return {shown(label), notesOf(dimension.nodes[node].footnotes),
+            context_.description->of(table_.title->id, label.id).role};
   }
 
   NoteList notesOf(const std::vector<TextPtr>& notes) {
@@ -184,7 +192,8 @@ class Builder {
     const Text& label = *table_.dimensions[dimension].nodes[node].label;
     const std::string note = context_.description->of(table_.title->id, label.id).note;
     if (!note.empty()) {
-      result_.notes.push_back(shown(label) + ": " + sentence(note) + ".");
+      result_.notes.push_back(
+          phrase(context_, "Variant of method ^1: ^2", {shown(label), sentence(note)}));
     }
   }
 
@@ -195,7 +204,7 @@ class Builder {
     if (rangeEnds_) {
       first.push_back(std::string(atRangeEnd) + " " + sentence("At the end of its range"));
     }
-    std::set<std::string> directions{context_.description->table(table_.title->id).direction};
+    std::set<std::string> directions{result_.direction};
     if (directions.contains("")) {
       for (const auto& meaning : result_.meanings) {
         directions.insert(meaning.direction);
@@ -203,9 +212,50 @@ class Builder {
       directions.erase("");
     }
     for (const std::string& direction : directions) {
-      first.push_back(sentence("Differences are taken") + " " + sentence(direction) + ".");
+      first.push_back(phrase(context_, "Differences are taken as ^1", {sentence(direction)}));
+    }
+    if (std::string success = successNote(); !success.empty()) {
+      first.push_back(std::move(success));
     }
     result_.notes.insert(result_.notes.begin(), first.begin(), first.end());
+  }
+
+  // What counts as a success: in the rows themselves, or as the document's other tables say.
+  std::string successNote() const {
+    const std::set<std::string> own = outcomesOf(table_);
+    if (!own.empty()) {
+      return own.size() > mostOutcomes ? sentence("A success is what the row says")
+                                       : successes(own);
+    }
+    std::set<std::string> all;
+    for (const Table& other : document_.tables) {
+      if (other.split == table_.split) {
+        all.merge(outcomesOf(other));
+      }
+    }
+    if (all.empty() || all.size() > mostOutcomes) {
+      return {};
+    }
+    return successes(all);
+  }
+
+  // The shown labels of a table that say what a success is.
+  std::set<std::string> outcomesOf(const Table& table) const {
+    std::set<std::string> found;
+    for (const Dimension& dimension : table.dimensions) {
+      for (const Node& node : dimension.nodes) {
+        if (node.hasCells && node.label != nullptr &&
+            context_.description->of(table.title->id, node.label->id).role == Role::Outcome) {
+          found.insert(shown(*node.label));
+        }
+      }
+    }
+    return found;
+  }
+
+  std::string successes(const std::set<std::string>& outcomes) const {
+    return phraseWithList(context_, "A success is [%1:, ^1:]1", {},
+                          {outcomes.begin(), outcomes.end()});
   }
 
   const Document& document_;
@@ -258,6 +308,14 @@ std::string splitSentence(const Document& document, Index split,
   for (const TextPtr& value : document.splits[split].values) {
     out += (out.empty() ? "" : ", ") + nameOf(*value->variable) + " = " +
            readerText(*value, sentences);
+  }
+  return out;
+}
+
+std::string splitOfRow(const ReaderTable& table, const ReaderRow& row) {
+  std::string out;
+  for (std::size_t h = 0; h < table.splitHeads && h < row.labels.size(); ++h) {
+    out += (out.empty() ? "" : ", ") + table.rowHeads[h].text + " = " + row.labels[h].text;
   }
   return out;
 }

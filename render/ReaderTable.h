@@ -14,10 +14,11 @@ namespace render {
 // Footnotes as indices into those of the table.
 using NoteList = std::vector<std::size_t>;
 
-// A label of a row or column header.
+// A label of a row or column header; `role` is what the module's description says of it.
 struct ReaderLabel {
   std::string text;
   NoteList notes;
+  embedded::output::Role role = embedded::output::Role::None;
 };
 
 // The header of a row dimension or split variable, over as many columns of row labels as its
@@ -52,8 +53,10 @@ struct ReaderRow {
 
 struct ReaderTable {
   std::string title;
-  std::string split;  // of a table of its own for a split group: "region = North"
+  std::string split;      // of a table of its own for a split group: "region = North"
+  std::string direction;  // identifier of how all its differences are taken; often empty
   std::vector<RowHead> rowHeads;
+  std::size_t splitHeads = 0;  // so many of them, the first ones, are split variables
   std::vector<ReaderColumn> columns;
   std::vector<embedded::output::Meaning> meanings;  // by column
   std::vector<ReaderRow> rows;
@@ -74,6 +77,9 @@ std::string markedText(const ReaderCell& cell);
 // The values of a split group as a reader sees them: "region = North, sex = F".
 std::string splitSentence(const Document& document, Index split,
                           const embedded::output::Sentences& sentences);
+
+// The values of the row's split group, where they are its first labels: "region = North, sex = F".
+std::string splitOfRow(const ReaderTable& table, const ReaderRow& row);
 
 // Takes memory for the whole table. Refers to the table's cells, which must outlive the result.
 ReaderTable readerTable(const Document& document, const Table& table, const Context& context);

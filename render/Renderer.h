@@ -20,6 +20,9 @@ struct Context {
   int width = 100;                                             // of a text line, in columns
   bool colour = false;
   std::string_view decimalPoint = ".";  // for readers; machines read "."
+  std::string_view language = "en";     // the tag of the texts' language
+  std::string_view invocation = {};     // the command line that made the run; empty: unknown
+  bool rowSentences = false;            // each row of results also as a sentence ready to paste
 };
 
 // Writes the whole document. Errors of the stream are left in the stream.
@@ -43,5 +46,9 @@ const Format* formatOfFile(std::string_view path);
 void renderText(const Document& document, const Context& context, std::ostream& out);
 void renderJson(const Document& document, const Context& context, std::ostream& out);
 void renderCsv(const Document& document, const Context& context, std::ostream& out);
+void renderMarkdown(const Document& document, const Context& context, std::ostream& out);
+void renderLatex(const Document& document, const Context& context, std::ostream& out);
+void renderXlsx(const Document& document, const Context& context, std::ostream& out);
+void renderHtml(const Document& document, const Context& context, std::ostream& out);
 
 }  // namespace render

@@ -3,9 +3,11 @@
 #include <string>
 
 #include "embedded/output/Values.h"
+#include "render/CaseTable.h"
 #include "render/Columns.h"
 #include "render/Messages.h"
 #include "render/ReaderTable.h"
+#include "render/Reading.h"
 #include "render/Renderer.h"
 #include "render/TextTable.h"
 
@@ -70,12 +72,45 @@ void writeRun(const Document& document, const Context& context, std::ostream& ou
   }
 }
 
+// The table's rows as sentences, the later lines of each indented.
+void writeSentences(const ReaderTable& table, const Context& context, std::ostream& out) {
+  const std::string indent(gap, ' ');
+  for (const ReaderRow& row : table.rows) {
+    std::string start;
+    const std::string sentence = visible(rowSentence(table, row, context));
+    if (sentence.empty()) {
+      continue;
+    }
+    for (const std::string& line : wrapped(sentence, lineWidth(context) - gap)) {
+      out << start << line << '\n';
+      start = indent;
+    }
+  }
+}
+
+void writeTable(ReaderTable table, const Context& context, std::ostream& out) {
+  out << '\n';
+  writeHeading(table.title + (table.split.empty() ? "" : " (" + table.split + ")"), context, out);
+  if (!context.rowSentences) {
+    writeTextTable(std::move(table), context, out);
+    return;
+  }
+  writeTextTable(table, context, out);
+  out << '\n';
+  writeSentences(table, context, out);
+}
+
 }  // namespace
 
 void renderText(const Document& document, const Context& context, std::ostream& out) {
   if (!document.procedure.empty()) {
     writeHeading(std::string(context.sentences->sentence(document.procedure)), context, out);
     writeRun(document, context, out);
+  }
+  if (auto cases = caseTable(document, context)) {
+    out << '\n';
+    writeHeading(cases->title, context, out);
+    writeTextTable(std::move(*cases), context, out);
   }
   for (const auto& message : document.messages) {
     out << '\n' << messageText(document, message, context);
@@ -84,10 +119,7 @@ void renderText(const Document& document, const Context& context, std::ostream& 
     if (table.cells.empty()) {
       continue;
     }
-    ReaderTable shown = readerTable(document, table, context);
-    out << '\n';
-    writeHeading(shown.title + (shown.split.empty() ? "" : " (" + shown.split + ")"), context, out);
-    writeTextTable(std::move(shown), context, out);
+    writeTable(readerTable(document, table, context), context, out);
   }
 }
 

@@ -33,6 +33,32 @@ class English : public embedded::output::Sentences {
       {"Cases read ^1", "^1 read"},
       {"Cases of invalid weight ^1", "^1 of invalid weight"},
       {"Missing system ^1 user ^2", "^1 system-missing, ^2 user-missing"},
+      {"Differences are taken as ^1", "Differences are taken as ^1."},
+      {"Variant of method ^1: ^2", "^1: ^2."},
+      {"A success is [%1:, ^1:]1", "Success: [%1:, ^1:]1."},
+      {"Sentence of ^1: [%1:, ^1:]2", "^1: [%1:, ^1:]2."},
+      {"Sentence of ^1 by ^2: [%1:, ^1:]3", "^1: [%1:, ^1:]3 (^2)."},
+      {"Count ^1 of ^2", "^1 of ^2"},
+      {"Interval ^1 from ^2 to ^3", "^1 from ^2 to ^3"},
+      {"Statistic ^1 is ^2", "^1 = ^2"},
+      {"Statistic ^1 is less than ^2", "^1 < ^2"},
+      {"Difference ^1 taken as ^2 is ^3", "^1 (^2) = ^3"},
+      {"Statistic ^1 is missing because ^2", "^1 is missing (^2)"},
+      {"Reading of ^1: ^2 is ^3, by ^4 in ^6 of 1000 if it were ^5",
+       "^1: ^2 is ^3 in these data. If it were ^5 in truth, then by the reckoning of the ^4 test "
+       "about ^6 of 1000 samples like this one would show a value at least as far from ^5, in "
+       "either direction."},
+      {"Reading of ^1: ^2 is ^3, by ^4 rare if it were ^5",
+       "^1: ^2 is ^3 in these data. If it were ^5 in truth, then by the reckoning of the ^4 test "
+       "fewer than 1 of 1000 samples like this one would show a value at least as far from ^5, in "
+       "either direction."},
+      {"Reading of ^1: ^2 not computed because ^3", "^1: the ^2 test has no result. ^3."},
+      {"Statistic ^1 is not a number", "^1 is not a number"},
+      {"Estimate ^1 with bounds ^2 and ^3", "^1 [^2, ^3]"},
+      {"No interval because ^1", "No interval: ^1"},
+      {"Axis ^1 taken as ^2", "^1 (^2)"},
+      {"No effect at ^1", "No difference: ^1"},
+      {"Forest plot of ^1 with ^2", "^1 with ^2"},
       {"At the end of its range", "At the end of its possible range."}};
 };
 
@@ -54,6 +80,9 @@ Description makeDescription() {
   Description about;
   about.command = "PROPORTIONS";
   about.title = "Proportions";
+  about.labels["^1 = ^2"] = role(Role::Outcome);
+  about.labels["Pair ^1"] = role(Role::Comparison);
+  about.labels["Pair ^1 vars ^2 ^3 ..."] = role(Role::Comparison);
   about.labels["Successes"] = role(Role::Count);
   about.labels["Trials"] = role(Role::Trials);
   about.labels["Proportion"] = within(Role::Estimate, 0.0, 1.0);

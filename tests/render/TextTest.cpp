@@ -87,6 +87,25 @@ TEST(Text, FitsEveryLineWidthFromFortyColumns) {
   }
 }
 
+TEST(Text, WritesASentenceByEachRowWhenAsked) {
+  render::Context with = context();
+  with.rowSentences = true;
+  const std::string text = rendered(samples::oneSample(), "text", with);
+  EXPECT_NE(text.find("\nSmokes daily = yes: 7 of 20, Proportion = 0.350, 95% Confidence Interval "
+                      "from 0.154 to 0.592\n  (Clopper-Pearson exact).\n"),
+            std::string::npos)
+      << text;
+  EXPECT_EQ(rendered(samples::oneSample(), "text").find("7 of 20"), std::string::npos);
+}
+
+TEST(Text, ReportsTheCasesOfEachSplitGroup) {
+  samples::Document document = samples::splitRows();
+  document.data.cases.missing = {{"smoker", {3, 2}}, {"other", {0, 0}}};
+  document.data.casesBySplit = {{0, {.read = 5, .missing = {{"smoker", {2, 2}}}}},
+                                {1, {.read = 7, .missing = {{"smoker", {1, 0}}}}}};
+  expectBaseline("split-cases.txt", rendered(document, "text"));
+}
+
 TEST(Text, SaysNothingOfADocumentWithoutAnything) {
   EXPECT_EQ(rendered(samples::Document(), "text"), "");
 }
