@@ -47,6 +47,16 @@ class Library {
 
   const Catalogue& inEnglish() const { return catalogues_.front(); }
 
+  std::vector<std::string> tags() const {
+    std::vector<std::string> all;
+    for (const Catalogue& catalogue : catalogues_) {
+      all.emplace_back(catalogue.language());
+      std::ranges::replace(all.back(), '_', '-');
+    }
+    std::sort(all.begin() + 1, all.end());
+    return all;
+  }
+
  private:
   void add(const CompiledFile& compiled, const Catalogue* fallback) {
     files_.emplace_back(compiled.bytes);
@@ -57,6 +67,11 @@ class Library {
   std::deque<Catalogue> catalogues_;
 };
 
+const Library& library() {
+  static const Library all;
+  return all;
+}
+
 }  // namespace
 
 std::string_view Catalogue::sentence(std::string_view identifier) const {
@@ -66,17 +81,25 @@ std::string_view Catalogue::sentence(std::string_view identifier) const {
   return fallback_ == nullptr ? identifier : fallback_->sentence(identifier);
 }
 
-const Catalogue& Catalogue::forLanguage(std::string_view tag) {
-  static const Library library;
+const Catalogue* Catalogue::find(std::string_view tag) {
   std::string wanted = normalized(tag);
   while (!wanted.empty()) {
-    if (const Catalogue* found = library.find(wanted)) {
-      return *found;
+    if (const Catalogue* found = library().find(wanted)) {
+      return found;
     }
     const std::size_t hyphen = wanted.rfind('-');
     wanted.resize(hyphen == std::string::npos ? 0 : hyphen);
   }
-  return library.inEnglish();
+  return nullptr;
+}
+
+const Catalogue& Catalogue::forLanguage(std::string_view tag) {
+  const Catalogue* found = find(tag);
+  return found == nullptr ? library().inEnglish() : *found;
+}
+
+std::vector<std::string> Catalogue::tags() {
+  return library().tags();
 }
 
 }  // namespace embedded::messages

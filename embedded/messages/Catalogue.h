@@ -5,6 +5,7 @@
 // its identifier, or those that the identifier's arguments fill.
 #pragma once
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -29,9 +30,13 @@ class Catalogue final : public output::Sentences {
   // The identifiers of which this language has a sentence, in the order of their bytes.
   std::vector<std::string_view> identifiers() const { return file_->identifiers(); }
 
-  // The catalogue of a language tag such as "en", "de-AT" or "de_AT.UTF-8", without regard to case:
-  // that very one, else the one of the language alone, else English.
+  // The catalogue of a language tag such as "en", "de-AT" or "zh_CN.UTF-8", without regard to case:
+  // that very one, else the one of the language alone; null when there is neither.
+  static const Catalogue* find(std::string_view tag);
+  // The same, and English when there is none.
   static const Catalogue& forLanguage(std::string_view tag);
+  // The tags of all languages, as a user writes them: "en" first, the others in alphabetical order.
+  static std::vector<std::string> tags();
 
  private:
   std::string_view language_;

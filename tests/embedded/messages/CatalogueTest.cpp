@@ -8,6 +8,8 @@
 #include <regex>
 #include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "embedded/command/CommandMessages.h"
 #include "embedded/data/DataMessages.h"
@@ -76,6 +78,81 @@ TEST(Catalogue, GivesTheSentenceOfAnIdentifier) {
 TEST(Catalogue, GivesTheIdentifierWhereItHasNoSentence) {
   EXPECT_EQ(english().sentence("No such identifier"), "No such identifier");
   EXPECT_EQ(english().sentence(""), "");
+}
+
+TEST(Catalogue, HasSixLanguages) {
+  EXPECT_EQ(Catalogue::tags(), (std::vector<std::string>{"en", "de", "es", "fr", "ja", "zh-CN"}));
+}
+
+TEST(Catalogue, FindsALanguageByTheTagsThatMeanIt) {
+  const std::pair<const char*, const char*> tags[] = {
+      {"de", "de"},    {"de-AT", "de"},      {"DE_at.UTF-8", "de"},
+      {"ja_JP", "ja"}, {"zh-CN", "zh_CN"},   {"zh_cn.UTF-8", "zh_CN"},
+      {"fr-CA", "fr"}, {"es_MX@euro", "es"}, {"zh-CN-x-private", "zh_CN"}};
+  for (const auto& [tag, language] : tags) {
+    const Catalogue* found = Catalogue::find(tag);
+    ASSERT_NE(found, nullptr) << tag;
+    EXPECT_EQ(found->language(), language) << tag;
+  }
+}
+
+TEST(Catalogue, DoesNotTakeOneLanguageForAnother) {
+  for (const char* tag : {"", "xx", "zh", "zh-TW", "d", "deu", "e", "C"}) {
+    EXPECT_EQ(Catalogue::find(tag), nullptr) << tag;
+  }
+}
+
+// What a language lacks or has too much, told all at once.
+TEST(Catalogue, HasASentenceInEveryLanguageForEveryIdentifier) {
+  const auto wanted = english().identifiers();
+  for (const std::string& tag : Catalogue::tags()) {
+    const auto found = Catalogue::forLanguage(tag).identifiers();
+    std::vector<std::string_view> wrong;
+    std::ranges::set_symmetric_difference(wanted, found, std::back_inserter(wrong));
+    EXPECT_TRUE(wrong.empty()) << tag << ": " << testing::PrintToString(wrong);
+  }
+}
+
+TEST(Catalogue, UsesTheSamePlaceholdersInEveryLanguage) {
+  for (const std::string& tag : Catalogue::tags()) {
+    const Catalogue& catalogue = Catalogue::forLanguage(tag);
+    for (const std::string_view id : english().identifiers()) {
+      EXPECT_EQ(placeholders(std::string(catalogue.sentence(id))),
+                placeholders(std::string(english().sentence(id))))
+          << tag << ": " << id;
+    }
+  }
+}
+
+TEST(Catalogue, WritesSentencesInFullInEveryLanguage) {
+  for (const std::string& tag : Catalogue::tags()) {
+    for (const std::string_view id : Catalogue::forLanguage(tag).identifiers()) {
+      const std::string_view sentence = Catalogue::forLanguage(tag).sentence(id);
+      EXPECT_FALSE(sentence.empty()) << tag << ": " << id;
+      EXPECT_FALSE(sentence.ends_with(" ...")) << tag << ": " << id;
+    }
+  }
+}
+
+// A sentence that stands in English in another language was forgotten.
+TEST(Catalogue, TranslatesSentences) {
+  for (const std::string& tag : Catalogue::tags()) {
+    for (const std::string_view id : english().identifiers()) {
+      if (tag != "en" && id.ends_with(" ...")) {
+        EXPECT_NE(Catalogue::forLanguage(tag).sentence(id), english().sentence(id))
+            << tag << ": " << id;
+      }
+    }
+  }
+}
+
+TEST(Catalogue, SaysThatTranslationsAreNotReviewed) {
+  for (const auto& entry :
+       std::filesystem::directory_iterator(std::string(PROJECT_ROOT) + "/embedded/messages/po")) {
+    const bool marked =
+        contentOf(entry.path()).find("not yet reviewed by a speaker") != std::string::npos;
+    EXPECT_EQ(marked, entry.path().stem() != "en") << entry.path();
+  }
 }
 
 TEST(Catalogue, FallsBackToTheLanguageAloneAndThenToEnglish) {
