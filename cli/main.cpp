@@ -1,6 +1,8 @@
 // The command line program: reads its arguments, does what they ask, and turns what goes wrong into
 // a message and an exit status.
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <new>
@@ -38,6 +40,12 @@ std::string_view languageOf(std::span<char*> words) {
     }
   }
   return "en";
+}
+
+// What cannot be thrown out of a destructor ends here, with the status of an internal error.
+[[noreturn]] void endAtOnce() {
+  std::fputs("proportions: Internal error: the program could not go on.\n", stderr);
+  std::_Exit(embedded::exitStatus(ErrorKind::Internal));
 }
 
 void expectLanguage(std::string_view tag) {
@@ -84,6 +92,7 @@ int main(int argc, char** argv) {
   std::signal(SIGINT, interrupt);
   std::signal(SIGTERM, interrupt);
   std::signal(SIGPIPE, SIG_IGN);
+  std::set_terminate(endAtOnce);
   const std::string_view language = languageOf({argv, static_cast<std::size_t>(argc)});
   const Catalogue& sentences = Catalogue::forLanguage(language);
   try {

@@ -187,8 +187,16 @@ UniversalParser::~UniversalParser() = default;
 int UniversalParser::getCommandSpecifications() {
   const auto& lexed = impl_->tokens.impl().lexed;
   const bool read = CommandReader(lexed, impl_->description.impl(), impl_->result.impl()).read();
+  embedded::Session& session = embedded::Session::current();
+  for (const auto& subcommand : impl_->result.impl().subcommands) {
+    for (const auto& parameter : subcommand->parameters) {
+      if (double value = 0.0; parameter->getNumberValue(value)) {
+        session.givenNumbers.push_back({subcommand->name, parameter->name, value});
+      }
+    }
+  }
   if (!lexed.lexemes.empty()) {
-    embedded::Session::current().commandFocus = lexed.lexemes.front().place;
+    session.commandFocus = lexed.lexemes.front().place;
   }
   return read ? 0 : 1;
 }

@@ -71,6 +71,9 @@ struct Description {
   std::string entry;
   std::string attach;
   std::string catalogue;
+  // Where a command gives its confidence level, in percent; empty when it cannot.
+  std::string levelSubcommand;
+  std::string levelParameter;
   std::map<std::string, Meaning, std::less<>> labels;
   std::map<std::string, TableMeaning, std::less<>> tables;
 

@@ -103,6 +103,10 @@ Description descriptionOf(const Json& json) {
   description.entry = json.at("entry");
   description.attach = json.at("attach");
   description.catalogue = text(json, "catalogue");
+  if (const auto level = json.find("level"); level != json.end()) {
+    description.levelSubcommand = text(*level, "subcommand");
+    description.levelParameter = text(*level, "parameter");
+  }
   readLabels(json, description.labels);
   for (const auto& [title, table] : json.at("tables").items()) {
     description.tables[title] = tableOf(table);

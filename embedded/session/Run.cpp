@@ -83,9 +83,16 @@ const data::ResampledSource& resample(Session& session, const Bootstrap& bootstr
   return samples;
 }
 
-// The confidence level that the command's tables show, or the usual one.
-double levelOf(const output::Document& document, const output::Description& description) {
-  for (const output::Table& table : document.tables) {
+// The confidence level in percent: the command's, else the one that its tables show, else the usual
+// one.
+double levelOf(const Session& session, const output::Description& description) {
+  for (const Session::GivenNumber& given : session.givenNumbers) {
+    if (given.subcommand == description.levelSubcommand &&
+        given.parameter == description.levelParameter) {
+      return given.value;
+    }
+  }
+  for (const output::Table& table : session.document.tables) {
     for (const output::Dimension& dimension : table.dimensions) {
       for (const output::Node& node : dimension.nodes) {
         if (!node.label->items.empty() &&
@@ -101,11 +108,10 @@ double levelOf(const output::Document& document, const output::Description& desc
 void summariseSamples(Session& session, const Bootstrap& bootstrap,
                       const data::ResampledSource& samples,
                       const output::Description& description) {
-  output::BootstrapOptions options{
-      .samples = bootstrap.samples,
-      .level = bootstrap.level.value_or(levelOf(session.document, description)),
-      .interval = bootstrap.interval,
-      .patterns = {}};
+  output::BootstrapOptions options{.samples = bootstrap.samples,
+                                   .level = bootstrap.level.value_or(levelOf(session, description)),
+                                   .interval = bootstrap.interval,
+                                   .patterns = {}};
   if (bootstrap.interval == output::BootstrapInterval::Bca) {
     for (const data::GroupPatterns& group : samples.groups()) {
       options.patterns.push_back(group.drawable);

@@ -45,6 +45,14 @@ struct Session {
   std::exception_ptr fatal;  // what ended the reading of cases; FatalError() when set
   bool accepted = false;     // the procedure went on after its parse: it wrote its notes
 
+  // A number that the command gives as the whole value of a parameter.
+  struct GivenNumber {
+    std::string subcommand;
+    std::string parameter;
+    double value = 0.0;
+  };
+  std::vector<GivenNumber> givenNumbers;
+
   // The place in the command that the procedure looked at last: where its messages belong.
   std::optional<command::Spot> commandFocus;
 

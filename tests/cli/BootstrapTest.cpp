@@ -227,6 +227,17 @@ TEST_F(Bootstrap, TakesTheLevelOfTheCommandOrItsOwn) {
             "Bootstrap 99.5% percentile interval from 50 samples ...");
 }
 
+TEST_F(Bootstrap, TakesTheLevelOfACommandThatShowsNone) {
+  const std::string testsAlone =
+      "PROPORTIONS ONESAMPLE v CITYPES=NONE TESTTYPES=WALD /SUCCESS VALUE=LEVEL(1)";
+  const auto saysLevel = [&](const std::string& command, const std::string& level) {
+    return csv(command, {"--bootstrap", "50"}).find("Bootstrap " + level + "% percentile") !=
+           std::string::npos;
+  };
+  EXPECT_TRUE(saysLevel(testsAlone + " /CRITERIA CILEVEL=90", "90"));
+  EXPECT_TRUE(saysLevel(testsAlone, "95"));
+}
+
 TEST_F(Bootstrap, ItsOwnLevelMovesItsOwnIntervalAlone) {
   const Results usual(csv(oneSample, {"--bootstrap", "999"}));
   const Results narrow(csv(oneSample, {"--bootstrap", "999", "--bootstrap-level", "50"}));
