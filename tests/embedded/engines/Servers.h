@@ -81,6 +81,7 @@ std::string escaped(std::string_view name);
 
 }  // namespace engine_tests
 
-// Leaves a test out when the server program is not installed.
-#define REQUIRE_INSTALLED(server) \
-  if (!(server).script().isInstalled()) GTEST_SKIP() << "the server is not installed"
+// Ends a test that has no server program to run against.
+#define REQUIRE_INSTALLED(server)              \
+  ASSERT_TRUE((server).script().isInstalled()) \
+      << "the server is not installed: script/setup installs it"
