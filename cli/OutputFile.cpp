@@ -56,12 +56,16 @@ std::ostream& OutputFile::stream() {
   return path_.empty() ? std::cout : file_;
 }
 
-void OutputFile::commit() {
+void OutputFile::check() {
   errno = 0;
   stream().flush();
   if (!stream()) {
     fail(path_);
   }
+}
+
+void OutputFile::commit() {
+  check();
   if (path_.empty()) {
     return;
   }

@@ -18,7 +18,9 @@ class OutputFile {
   OutputFile& operator=(const OutputFile&) = delete;
 
   std::ostream& stream();
-  // Throws Error(Output) when something could not be written.
+  // Hands on what was written so far. Throws Error(Output) when some of it could not be.
+  void check();
+  // The same, and the file takes its place.
   void commit();
 
  private:

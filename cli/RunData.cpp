@@ -23,6 +23,7 @@ namespace {
 
 using embedded::Error;
 using embedded::ErrorKind;
+using embedded::output::Document;
 using embedded::output::Severity;
 
 constexpr int usualWidth = 100;
@@ -82,7 +83,7 @@ class PointDecimals final : public embedded::output::Sentences {
 };
 
 // Messages on standard error: of a refused command, and where the format has no room for them.
-void writeMessages(const embedded::output::Document& document, const render::Context& context,
+void writeMessages(const Document& document, const render::Context& context,
                    const OutputOptions& output) {
   for (const auto& message : document.messages) {
     if (!output.quiet || message.severity == Severity::Error) {
@@ -128,6 +129,47 @@ class Diagnostics {
   std::shared_ptr<std::ofstream> file_;
 };
 
+// What renderers need to know, but for the sentences.
+render::Context contextOf(const OutputOptions& output, const embedded::Module& module) {
+  render::Context context;
+  context.description = &module.description();
+  context.width = lineWidth();
+  context.colour = usesColour(output);
+  context.language = output.language;
+  context.invocation = output.invocation;
+  context.rowSentences = output.sentences;
+  return context;
+}
+
+// Writes the document: the first split groups may leave while the last ones are computed.
+class PartWriter {
+ public:
+  PartWriter(const render::Format& format, const render::Context& context, OutputFile& output)
+      : format_(format), context_(context), output_(output) {}
+
+  // Whole split groups of a document that will go on.
+  void add(const Document& part) {
+    if (!begun_) {
+      format_.begin(part, context_, output_.stream());
+      begun_ = true;
+    }
+    format_.part(part, context_, output_.stream());
+    output_.check();
+  }
+
+  // The document, or what is left of it.
+  void finish(const Document& document) {
+    (begun_ ? format_.part : format_.render)(document, context_, output_.stream());
+    output_.commit();
+  }
+
+ private:
+  const render::Format& format_;
+  const render::Context& context_;
+  OutputFile& output_;
+  bool begun_ = false;
+};
+
 }  // namespace
 
 int runAndWrite(embedded::Request request, const Arguments& arguments,
@@ -136,32 +178,29 @@ int runAndWrite(embedded::Request request, const Arguments& arguments,
   const Diagnostics diagnostics(arguments);
   const auto module = embedded::Module::load(moduleDescription(arguments), diagnostics.wanted());
   diagnostics.prepare(module, request);
-  OutputFile output(arguments.output.path);
-  const auto session = embedded::run(request, module);
-  const auto& document = session->document;
-
-  render::Context context;
-  context.sentences = &sentences;
-  context.description = &module.description();
-  context.width = lineWidth();
-  context.language = arguments.output.language;
-  context.invocation = arguments.output.invocation;
-  context.rowSentences = arguments.output.sentences;
   const PointDecimals forMachines(sentences);
+  render::Context context = contextOf(arguments.output, module);
   if (format.forMachines) {
     context.sentences = &forMachines;
   } else {
+    context.sentences = &sentences;
     context.decimalPoint = sentences.sentence(PointDecimals::decimalMark);
   }
+  OutputFile output(arguments.output.path);
+  PartWriter writer(format, context, output);
+  if (format.part != nullptr) {
+    request.finishedGroups = [&writer](const Document& part) { writer.add(part); };
+  }
+  const auto session = embedded::run(request, module);
+  const Document& document = session->document;
+
   // A document that holds its messages, and stands on the terminal, says them itself.
   const bool written = document.accepted || (format.forMachines && format.holdsMessages);
   if (!(written && format.holdsMessages && arguments.output.path.empty())) {
     writeMessages(document, context, arguments.output);
   }
   if (written) {
-    context.colour = usesColour(arguments.output);
-    format.render(document, context, output.stream());
-    output.commit();
+    writer.finish(document);
   }
   return document.accepted ? 0 : embedded::exitStatus(ErrorKind::Command);
 }

@@ -1,9 +1,12 @@
 // Tidy csv: one row a cell, for programs. Labels are identifiers, values have full precision.
 //
-// Whatever many rows share is made once, and rows leave in blocks: the time goes into the digits
-// of the values, and the memory does not grow with the rows.
+// The rows of a split group stand together, those of all its tables, so that groups can leave as
+// soon as they are finished. Whatever many rows share is made once, and rows leave in blocks: the
+// time goes into the digits of the values, and the memory does not grow with the rows.
+#include <algorithm>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "embedded/output/Values.h"
 #include "render/Footnotes.h"
@@ -63,7 +66,8 @@ std::string pathText(const Dimension& dimension, Index node) {
   return joinedPath(dimension, node, pathSeparator, machineText);
 }
 
-// The rows of one table, written behind one another into a block of text.
+// The rows of one table, written behind one another into a block of text. It stays where it is
+// made: its texts refer to its grid's table.
 class CsvTable {
  public:
   CsvTable(const Document& document, const Table& table, std::string& block)
@@ -79,16 +83,16 @@ class CsvTable {
     }
   }
 
-  template <class Flush>
-  void write(const Flush& flush) {
-    grid_.forEachRow([&](const Row& row) {
+  const std::vector<Grid::Group>& groups() const { return grid_.groups(); }
+
+  void write(const Grid::Group& group) {
+    grid_.forEachRow(group, [&](const Row& row) {
       startRow(row);
       for (std::size_t c = 0; c < row.cells.size(); ++c) {
         if (row.cells[c] != nullptr) {
           addCell(*row.cells[c], statistics_[c]);
         }
       }
-      flush();
     });
   }
 
@@ -149,20 +153,56 @@ class CsvTable {
   Index split_ = none;
 };
 
+// The cells of one split group in one table.
+struct Part {
+  Index split;
+  CsvTable* table;
+  const Grid::Group* group;
+};
+
+// By split group; within a group, and without any, in the order of the tables.
+std::vector<Part> partsOf(std::vector<CsvTable>& tables) {
+  std::vector<Part> parts;
+  for (CsvTable& table : tables) {
+    for (const Grid::Group& group : table.groups()) {
+      parts.push_back({group.split, &table, &group});
+    }
+  }
+  std::stable_sort(parts.begin(), parts.end(), [](const Part& a, const Part& b) {
+    return a.split != b.split && (a.split == none || (b.split != none && a.split < b.split));
+  });
+  return parts;
+}
+
 }  // namespace
 
-void renderCsv(const Document& document, const Context& /*context*/, std::ostream& out) {
-  std::string block(header);
+void renderCsvHeader(const Document& /*document*/, const Context& /*context*/, std::ostream& out) {
+  out << header;
+}
+
+void renderCsvRows(const Document& document, const Context& /*context*/, std::ostream& out) {
+  std::string block;
   const auto flush = [&](std::size_t beyond) {
     if (block.size() > beyond) {
       out.write(block.data(), static_cast<std::streamsize>(block.size()));
       block.clear();
     }
   };
+  std::vector<CsvTable> tables;
+  tables.reserve(document.tables.size());
   for (const Table& table : document.tables) {
-    CsvTable(document, table, block).write([&] { flush(blockSize); });
+    tables.emplace_back(document, table, block);
+  }
+  for (const Part& part : partsOf(tables)) {
+    part.table->write(*part.group);
+    flush(blockSize);
   }
   flush(0);
+}
+
+void renderCsv(const Document& document, const Context& context, std::ostream& out) {
+  renderCsvHeader(document, context, out);
+  renderCsvRows(document, context, out);
 }
 
 }  // namespace render

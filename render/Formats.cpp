@@ -10,7 +10,7 @@ namespace {
 constexpr std::array table{
     Format{"text", "txt", false, true, renderText},
     Format{"json", "json", true, true, renderJson},
-    Format{"csv", "csv", true, false, renderCsv},
+    Format{"csv", "csv", true, false, renderCsv, renderCsvHeader, renderCsvRows},
     Format{"html", "html htm", false, true, renderHtml},
     Format{"markdown", "md markdown", false, true, renderMarkdown},
     Format{"latex", "tex", false, true, renderLatex},

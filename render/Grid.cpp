@@ -60,6 +60,7 @@ Grid::Grid(const Table& table)
     rank_.push_back(displayOrder(dimension));
   }
   findColumns();
+  findGroups();
 }
 
 Grid::Key Grid::keyOn(const std::vector<std::size_t>& dimensions, const Cell& cell) const {
@@ -91,9 +92,7 @@ std::size_t Grid::columnOf(const Cell& cell, std::size_t guess) const {
   return static_cast<std::size_t>(found - columnKeys_.begin());
 }
 
-// All cells with those of a split group together, the groups in the order of their first cells;
-// nothing when they stand so already.
-std::vector<const Cell*> Grid::cellsBySplit() const {
+void Grid::findGroups() {
   const auto& cells = table_->cells;
   std::map<Index, std::size_t> first;
   bool together = true;
@@ -102,56 +101,61 @@ std::vector<const Cell*> Grid::cellsBySplit() const {
       together = first.try_emplace(cells[i].split, i).second && together;
     }
   }
-  std::vector<const Cell*> sorted;
   if (!together) {
     for (const Cell& cell : cells) {
-      sorted.push_back(&cell);
+      sorted_.push_back(&cell);
     }
-    std::stable_sort(sorted.begin(), sorted.end(), [&](const Cell* a, const Cell* b) {
+    std::stable_sort(sorted_.begin(), sorted_.end(), [&](const Cell* a, const Cell* b) {
       return first.find(a->split)->second < first.find(b->split)->second;
     });
   }
-  return sorted;
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    if (i == 0 || cellAt(i).split != cellAt(i - 1).split) {
+      groups_.push_back({table_->split == none ? cellAt(i).split : table_->split, i, i});
+    }
+    groups_.back().end = i + 1;
+  }
 }
 
-void Grid::visitGroup(std::vector<Placed>& group, Row& row,
-                      const std::function<void(const Row&)>& visit) const {
+void Grid::visitRows(std::vector<Placed>& cells, Row& row,
+                     const std::function<void(const Row&)>& visit) const {
   const auto before = [](const Placed& a, const Placed& b) { return a.row < b.row; };
-  if (!std::is_sorted(group.begin(), group.end(), before)) {
-    std::stable_sort(group.begin(), group.end(), before);
+  if (!std::is_sorted(cells.begin(), cells.end(), before)) {
+    std::stable_sort(cells.begin(), cells.end(), before);
   }
   std::size_t column = 0;
-  for (std::size_t i = 0; i < group.size();) {
-    const Key& key = group[i].row;
-    const Cell& first = *group[i].cell;
-    row.split = table_->split == none ? first.split : table_->split;
+  for (std::size_t i = 0; i < cells.size();) {
+    const Key& key = cells[i].row;
+    const Cell& first = *cells[i].cell;
     for (std::size_t d = 0; d < rows_.size(); ++d) {
       row.nodes[d] = first.at[rows_[d]];
     }
     std::fill(row.cells.begin(), row.cells.end(), nullptr);
-    for (column = 0; i < group.size() && group[i].row == key; ++i) {
-      column = columnOf(*group[i].cell, column);
-      row.cells[column++] = group[i].cell;
+    for (column = 0; i < cells.size() && cells[i].row == key; ++i) {
+      column = columnOf(*cells[i].cell, column);
+      row.cells[column++] = cells[i].cell;
     }
     visit(row);
   }
 }
 
 void Grid::forEachRow(const std::function<void(const Row&)>& visit) const {
-  const std::vector<const Cell*> sorted = cellsBySplit();
-  const auto cellAt = [&](std::size_t i) { return sorted.empty() ? &table_->cells[i] : sorted[i]; };
+  for (const Group& group : groups_) {
+    forEachRow(group, visit);
+  }
+}
+
+void Grid::forEachRow(const Group& group, const std::function<void(const Row&)>& visit) const {
   Row row;
+  row.split = group.split;
   row.nodes.resize(rows_.size());
   row.cells.resize(shown_.size());
-  std::vector<Placed> group;
-  for (std::size_t i = 0; i < table_->cells.size();) {
-    const Index split = cellAt(i)->split;
-    group.clear();
-    for (; i < table_->cells.size() && cellAt(i)->split == split; ++i) {
-      group.push_back({keyOn(rows_, *cellAt(i)), cellAt(i)});
-    }
-    visitGroup(group, row, visit);
+  std::vector<Placed> cells;
+  cells.reserve(group.end - group.begin);
+  for (std::size_t i = group.begin; i < group.end; ++i) {
+    cells.push_back({keyOn(rows_, cellAt(i)), &cellAt(i)});
   }
+  visitRows(cells, row, visit);
 }
 
 }  // namespace render

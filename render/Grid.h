@@ -39,6 +39,13 @@ struct Row {
 
 class Grid {
  public:
+  // A split group: where its cells stand among all cells.
+  struct Group {
+    Index split = none;
+    std::size_t begin = 0;
+    std::size_t end = 0;
+  };
+
   // Refers to the table, which must outlive the grid.
   explicit Grid(const Table& table);
 
@@ -48,9 +55,15 @@ class Grid {
   const std::vector<std::size_t>& columnDimensions() const { return columns_; }
   const std::vector<Column>& columns() const { return shown_; }
 
+  // The split groups that have cells, in the order of their first cells; one group of all cells in
+  // a table without split rows.
+  const std::vector<Group>& groups() const { return groups_; }
+
   // Calls `visit` with every row, in order; the row is the grid's and changes after the call.
   // Takes memory for one split group at a time where the cells of a group stand together.
   void forEachRow(const std::function<void(const Row&)>& visit) const;
+  // The same, of one split group.
+  void forEachRow(const Group& group, const std::function<void(const Row&)>& visit) const;
 
  private:
   // Display ranks of a cell's nodes on one axis, outermost first; compared as they stand.
@@ -62,10 +75,13 @@ class Grid {
 
   Key keyOn(const std::vector<std::size_t>& dimensions, const Cell& cell) const;
   void findColumns();
+  void findGroups();
   std::size_t columnOf(const Cell& cell, std::size_t guess) const;
-  std::vector<const Cell*> cellsBySplit() const;
-  void visitGroup(std::vector<Placed>& group, Row& row,
-                  const std::function<void(const Row&)>& visit) const;
+  const Cell& cellAt(std::size_t i) const {
+    return sorted_.empty() ? table_->cells[i] : *sorted_[i];
+  }
+  void visitRows(std::vector<Placed>& cells, Row& row,
+                 const std::function<void(const Row&)>& visit) const;
 
   const Table* table_;
   std::vector<std::size_t> rows_;
@@ -73,6 +89,9 @@ class Grid {
   std::vector<std::vector<Index>> rank_;  // by dimension and node: the place in display order
   std::vector<Key> columnKeys_;           // ascending; of the columns shown
   std::vector<Column> shown_;
+  // All cells with those of a split group together; empty when they stand so already.
+  std::vector<const Cell*> sorted_;
+  std::vector<Group> groups_;
 };
 
 }  // namespace render

@@ -35,6 +35,10 @@ struct Format {
   bool forMachines;          // read by programs
   bool holdsMessages;        // a refused command is written too, with its messages
   Render render;
+  // Of a format whose document can leave in parts, whole split groups each: what stands before the
+  // first part, and a part. What they write together is what `render` writes. Null for the others.
+  Render begin = nullptr;
+  Render part = nullptr;
 };
 
 // All formats, the default first.
@@ -46,6 +50,8 @@ const Format* formatOfFile(std::string_view path);
 void renderText(const Document& document, const Context& context, std::ostream& out);
 void renderJson(const Document& document, const Context& context, std::ostream& out);
 void renderCsv(const Document& document, const Context& context, std::ostream& out);
+void renderCsvHeader(const Document& document, const Context& context, std::ostream& out);
+void renderCsvRows(const Document& document, const Context& context, std::ostream& out);
 void renderMarkdown(const Document& document, const Context& context, std::ostream& out);
 void renderLatex(const Document& document, const Context& context, std::ostream& out);
 void renderXlsx(const Document& document, const Context& context, std::ostream& out);

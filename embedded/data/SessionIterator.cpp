@@ -39,6 +39,10 @@ bool SessionIterator::advance() {
   if (done_) return false;
   session_.currentCases = this;
   atEndMark_ = false;
+  if (session_.fatal) {
+    fail();
+    return false;
+  }
   if (markDue_) return endMark();
   try {
     while (stream_->next(block_)) {

@@ -48,6 +48,21 @@ void Writer::beginSplit(Index split, bool separateTables) {
   separate_ = separateTables;
 }
 
+void Writer::release() {
+  if (separate_) {
+    document_->tables.clear();
+    open_.clear();
+    titles_.clear();
+  }
+  for (Table& table : document_->tables) {
+    table.cells.clear();
+  }
+  for (Open& open : open_) {
+    open.cells.clear();
+  }
+  cells_ = 0;
+}
+
 Index Writer::table(const TextPtr& title) {
   const Index owner = separate_ ? split_ : none;
   const std::size_t hash = mix(hashOf(*title), owner);
@@ -133,6 +148,7 @@ Cell& Writer::cellHere(Index index) {
     cell.at = open.current;
     cell.split = separate_ ? none : split_;
     table.cells.push_back(cell);
+    ++cells_;
     for (std::size_t d = 0; d < table.dimensions.size(); ++d) {
       markUsed(table.dimensions[d], open.current[d]);
     }

@@ -22,6 +22,12 @@ class Writer {
   // tables of its own; otherwise the groups share tables, and cells carry their group.
   void beginSplit(Index split, bool separateTables);
 
+  // How many cells the document holds that were written here.
+  std::size_t cells() const { return cells_; }
+  // Takes all cells out of the document, for somebody who has them already. Tables that split
+  // groups share stay, without cells; those of single groups go, and their handles become void.
+  void release();
+
   // Opens the table of this title, without current categories. Returns its handle.
   Index table(const TextPtr& title);
   // The dimension of this label in the table; made when it is new.
@@ -58,6 +64,7 @@ class Writer {
   Document* document_;
   std::vector<Open> open_;
   std::unordered_multimap<std::size_t, Index> titles_;
+  std::size_t cells_ = 0;
   Index split_ = none;
   bool separate_ = false;
 };

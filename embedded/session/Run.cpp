@@ -170,6 +170,9 @@ std::unique_ptr<Session> run(const Request& request, const Module& module) {
   session->splitLayout = request.splitLayout;
   session->collation = text::Collation(request.locale);
   session->diagnostics = request.diagnostics;
+  if (!request.bootstrap && !request.imputation) {
+    session->finishedGroups = request.finishedGroups;
+  }
   session->document.command = request.command;
   session->document.version = request.version;
   if (request.table) {

@@ -52,6 +52,10 @@ struct Request {
   double timeout = 0;  // seconds that a server may keep silent; 0: any time
   std::string version;
   std::function<void(const std::string& line)> diagnostics;
+  // Receives parts of the document, whole split groups each, as they are finished; the document
+  // that the session holds in the end then lacks their cells. Not called when results of several
+  // groups are put together, under bootstrap and imputation.
+  std::function<void(const output::Document& part)> finishedGroups;
 };
 
 // Carries out the request. The session holds the document afterwards, also when the command was

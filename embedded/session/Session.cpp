@@ -53,7 +53,23 @@ void Session::useColumn(int index) {
   }
 }
 
+// What goes wrong ends the reading of cases: the call comes from the procedure, which is to clean
+// up.
+void Session::handOnFinishedGroups() {
+  constexpr std::size_t manyCells = std::size_t{1} << 16;
+  if (!finishedGroups || fatal || writer.cells() < manyCells) {
+    return;
+  }
+  try {
+    finishedGroups(document);
+    writer.release();
+  } catch (...) {
+    fatal = std::current_exception();
+  }
+}
+
 void Session::beginSplitGroup() {
+  handOnFinishedGroups();
   output::SplitGroup group;
   std::string key;
   for (const int index : dictionary.splits) {

@@ -37,6 +37,9 @@ struct Session {
   bool bootstrapping = false;  // the case source presents bootstrap samples
   bool pooling = false;        // it presents imputations
   std::function<void(const std::string& line)> diagnostics;  // where diagnostic lines go
+  // Receives the document when many cells of finished split groups have gathered in it; they are
+  // taken out of it afterwards. Empty: the document keeps everything.
+  std::function<void(const output::Document& document)> finishedGroups;
 
   // Filled by the run.
   std::vector<int> columnsInUse;  // accepted by a validator, in order, without repeats
@@ -92,6 +95,8 @@ struct Session {
   static void checkCancelled();
 
  private:
+  void handOnFinishedGroups();
+
   // Split groups already in the document, by the words of their values.
   std::unordered_map<std::string, output::Index> splitGroups_;
 };

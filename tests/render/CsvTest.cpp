@@ -98,6 +98,26 @@ TEST(Csv, PutsTheCellsOfASplitGroupTogether) {
                                                    "t,g=2,,a,x,1,valid,\n");
 }
 
+// As they stand when each has tables of its own.
+TEST(Csv, PutsTheTablesOfASplitGroupTogether) {
+  Builder builder;
+  const auto group = samples::variable("g");
+  builder.document.data.splits = {group};
+  builder.document.splits = {{{Text::ofValue(group, 1.0, true)}},
+                             {{Text::ofValue(group, 2.0, true)}}};
+  for (samples::Index split = 0; split < 2; ++split) {
+    builder.writer.beginSplit(split, false);
+    for (const char* title : {"t", "u"}) {
+      builder.cell(builder.table(title, {id("v")}, id("s")), {{id("a")}, {id("x")}}, 1.0);
+    }
+  }
+  EXPECT_EQ(rendered(builder.document, "csv"), std::string(header) +
+                                                   "t,g=1,,a,x,1,valid,\n"
+                                                   "u,g=1,,a,x,1,valid,\n"
+                                                   "t,g=2,,a,x,1,valid,\n"
+                                                   "u,g=2,,a,x,1,valid,\n");
+}
+
 TEST(Csv, WritesDatesAsIsoTextAndListsWithCommas) {
   Builder builder;
   samples::VariableInfo info;

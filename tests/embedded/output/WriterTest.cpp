@@ -156,4 +156,34 @@ TEST_F(WriterTest, SplitGroupsHaveTablesOfTheirOwnWhenAsked) {
   EXPECT_EQ(document.tables[2].cells[0].split, none);
 }
 
+TEST_F(WriterTest, ReleasedCellsLeaveTheirSharedTableAndLaterOnesComeToIt) {
+  writer.beginSplit(0, false);
+  const Index table = open();
+  cell(table, "a", "x", 1.0);
+  cell(table, "b", "x", 2.0);
+  EXPECT_EQ(writer.cells(), 2U);
+  writer.release();
+  EXPECT_EQ(writer.cells(), 0U);
+  EXPECT_TRUE(only().cells.empty());
+  writer.beginSplit(1, false);
+  cell(open(), "b", "x", 3.0);
+  ASSERT_EQ(only().cells.size(), 1U);
+  EXPECT_EQ(only().cells[0].split, 1U);
+  EXPECT_EQ(only().cells[0].value, 3.0);
+  EXPECT_EQ(only().dimensions[0].nodes.size(), 3U);  // the dimension, a and b
+}
+
+TEST_F(WriterTest, ReleasedTablesOfSingleSplitGroupsAreGone) {
+  for (Index split = 0; split < 2; ++split) {
+    writer.beginSplit(split, true);
+    cell(open(), "a", "x", split);
+    if (split == 0) {
+      writer.release();
+      EXPECT_TRUE(document.tables.empty());
+    }
+  }
+  EXPECT_EQ(only().split, 1U);
+  EXPECT_EQ(only().cells.size(), 1U);
+}
+
 }  // namespace

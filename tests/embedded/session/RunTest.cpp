@@ -5,10 +5,12 @@
 #include <filesystem>
 #include <fstream>
 #include <set>
+#include <sstream>
 
 #include "embedded/errors/Error.h"
 #include "embedded/output/Values.h"
 #include "embedded/session/Run.h"
+#include "render/Renderer.h"
 
 namespace embedded {
 namespace {
@@ -108,6 +110,84 @@ TEST_F(Run, WarnsOfASplitVariableThatIsAnalysed) {
   EXPECT_EQ(session->document.messages[0].severity, output::Severity::Warning);
   EXPECT_EQ(session->document.messages[0].text->id, "Split variable analysed ^1 ...");
 }
+
+// The rows that a part adds to csv.
+std::string csvRows(const output::Document& part) {
+  std::ostringstream out;
+  render::findFormat("csv")->part(part, {}, out);
+  return out.str();
+}
+
+std::string csv(const output::Document& document) {
+  std::ostringstream out;
+  render::findFormat("csv")->render(document, {}, out);
+  return out.str();
+}
+
+class HandedOnGroups : public Run, public testing::WithParamInterface<SplitLayout> {
+ protected:
+  // 3,000 groups of 30 cells and more.
+  Request manyGroups() const {
+    std::string data = "g,v\n";
+    for (int i = 0; i < 12000; ++i) {
+      data += std::to_string(i / 4) + "," + std::to_string(i % 7 % 2) + "\n";
+    }
+    Request asked = request(data);
+    asked.command = "PROPORTIONS /ONESAMPLE v TESTVAL=0.4 CITYPES=ALL /SUCCESS VALUE=LEVEL(1)";
+    asked.splits = {"g"};
+    asked.splitsGiven = true;
+    asked.splitLayout = GetParam();
+    return asked;
+  }
+};
+
+TEST_P(HandedOnGroups, AddUpToTheWholeDocument) {
+  Request asked = manyGroups();
+  const std::string whole = csv(run(asked, module())->document);
+  std::string parts;
+  std::size_t most = 0;
+  int times = 0;
+  asked.finishedGroups = [&](const output::Document& part) {
+    std::size_t cells = 0;
+    for (const output::Table& table : part.tables) {
+      cells += table.cells.size();
+    }
+    most = std::max(most, cells);
+    parts += csvRows(part);
+    ++times;
+  };
+  const auto session = run(asked, module());
+  EXPECT_GE(times, 2);
+  EXPECT_LT(most, 70000U);
+  EXPECT_EQ(csv({}) + parts + csvRows(session->document), whole);
+  EXPECT_EQ(session->document.splits.size(), 3000U);
+}
+
+TEST_P(HandedOnGroups, EndTheRunWhenTheyCannotBeTaken) {
+  Request asked = manyGroups();
+  int times = 0;
+  asked.finishedGroups = [&](const output::Document&) {
+    ++times;
+    throw Error(ErrorKind::Output, "Cannot write ^1: ^2 ...", {"it", "full"});
+  };
+  try {
+    run(asked, module());
+    FAIL() << "what could not be written is lost";
+  } catch (const Error& error) {
+    EXPECT_EQ(error.kind(), ErrorKind::Output);
+  }
+  EXPECT_EQ(times, 1);
+}
+
+TEST_P(HandedOnGroups, WaitForOneAnotherWhereTheirResultsAreTakenTogether) {
+  Request asked = manyGroups();
+  asked.bootstrap.emplace().samples = 2;
+  asked.finishedGroups = [](const output::Document&) { FAIL() << "a group was handed on"; };
+  EXPECT_FALSE(run(asked, module())->document.tables.empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Layouts, HandedOnGroups,
+                         testing::Values(SplitLayout::Rows, SplitLayout::Tables));
 
 // What the module's description says of pooling is what there are rules for.
 TEST(ModuleDescription, NamesTheMethodsThatCanBePooled) {
