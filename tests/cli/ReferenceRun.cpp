@@ -1,13 +1,9 @@
 #include "ReferenceRun.h"
 
 #include <algorithm>
-#include <fstream>
+#include <utility>
 
 namespace cli_tests {
-
-void PrintTo(const ReferenceRun& run, std::ostream* out) {
-  *out << commandText(run.given["command"]);
-}
 
 namespace {
 
@@ -122,21 +118,11 @@ void orderGroups(Json& expect) {
 
 }  // namespace
 
-const std::vector<ReferenceRun>& referenceRuns() {
-  static const std::vector<ReferenceRun> runs = [] {
-    std::vector<ReferenceRun> read;
-    std::ifstream file(TEST_DATA "/cli/procedure.jsonl");
-    for (std::string line; std::getline(file, line);) {
-      Json run = Json::parse(line);
-      std::string name =
-          run["command"]["design"].get<std::string>() + "_" + run["id"].get<std::string>();
-      std::replace(name.begin(), name.end(), '-', '_');
-      orderGroups(run["expect"]);
-      read.push_back({std::move(name), run, run["expect"]});
-    }
-    return read;
-  }();
-  return runs;
+ReferenceRun readRun(const reference::Line& line) {
+  Json given = line.parsed();
+  orderGroups(given["expect"]);
+  Json expect = given["expect"];
+  return {std::move(given), std::move(expect)};
 }
 
 std::string commandText(const Json& command) {

@@ -1,27 +1,23 @@
-// One whole run of the reference results (data/cli/procedure.jsonl): a small data set and a
+// One whole run of the reference results (data/procedure.jsonl): a small data set and a
 // command in an abstract form, as the files and words that the program wants.
 #pragma once
 
 #include <nlohmann/json.hpp>
-#include <ostream>
 #include <string>
 #include <vector>
 
 #include "Program.h"
+#include "reference/Lines.h"
 
 namespace cli_tests {
 
 struct ReferenceRun {
-  std::string name;      // unique, made of letters, digits and underscores
   nlohmann::json given;  // `command` and `dataset`
   nlohmann::json expect;
 };
 
-// For messages of failed tests: the command.
-void PrintTo(const ReferenceRun& run, std::ostream* out);
-
-// All runs of the file, in its order.
-const std::vector<ReferenceRun>& referenceRuns();
+// The run of a line of that file.
+ReferenceRun readRun(const reference::Line& line);
 
 // The command as a user writes it.
 std::string commandText(const nlohmann::json& command);

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <iterator>
 
 #include "FlatTables.h"
 #include "ReferenceRun.h"
@@ -13,18 +12,18 @@ namespace {
 
 using Json = nlohmann::json;
 
-class ReferenceRuns : public testing::TestWithParam<ReferenceRun> {
+class ReferenceRuns : public testing::TestWithParam<reference::Line> {
  protected:
   void SetUp() override { writeData(dataset(), folder_); }
 
-  const Json& dataset() const { return GetParam().given["dataset"]; }
-  const Json& expect() const { return GetParam().expect; }
+  const Json& dataset() const { return run_.given["dataset"]; }
+  const Json& expect() const { return run_.expect; }
 
   Outcome runWith(const std::vector<std::string>& extra) const {
-    return run(
-        {.arguments = argumentsOf(GetParam(), extra), .folder = folder_.path(), .input = {}});
+    return run({.arguments = argumentsOf(run_, extra), .folder = folder_.path(), .input = {}});
   }
 
+  const ReferenceRun run_ = readRun(GetParam());
   Folder folder_;
 };
 
@@ -95,9 +94,9 @@ TEST_P(ReferenceRuns, ComeOutTableForTable) {
   ASSERT_EQ(outcome.status, 0) << outcome.err << outcome.out;
   const Json got = document(outcome);
   EXPECT_EQ(got["procedure"], "Proportions");
-  EXPECT_EQ(got["command"], commandText(GetParam().given["command"]));
+  EXPECT_EQ(got["command"], commandText(run_.given["command"]));
   EXPECT_EQ(notesOf(got), expect()["notes"]);
-  expectSameTables(flatDocument(got), flatExpectation(GetParam().given, expect()));
+  expectSameTables(flatDocument(got), flatExpectation(run_.given, expect()));
 }
 
 TEST_P(ReferenceRuns, ReportMessagesAndCases) {
@@ -136,21 +135,21 @@ TEST_P(RefusedRuns, AreWrongUsage) {
 
 // A split variable that is named as the one that numbers bootstrap samples is refused by the
 // command line: only the host itself presents it.
-bool isRefused(const ReferenceRun& run) {
-  const Json& names = run.given["dataset"]["split"];
-  return std::find(names.begin(), names.end(), "$bootstrap_split") != names.end();
+bool isRefused(const reference::Line& line) {
+  return line.text.find(R"("split":["$bootstrap_split")") != std::string::npos;
 }
 
-std::vector<ReferenceRun> runsThat(bool refused) {
-  std::vector<ReferenceRun> runs;
-  std::copy_if(referenceRuns().begin(), referenceRuns().end(), std::back_inserter(runs),
-               [refused](const ReferenceRun& run) { return isRefused(run) == refused; });
+std::vector<reference::Line> runsThat(bool refused) {
+  std::vector<reference::Line> runs = reference::readLines("procedure.jsonl");
+  std::erase_if(runs, [&](const reference::Line& line) { return isRefused(line) != refused; });
   return runs;
 }
 
 // Names occur twice in the file, so each gets its place.
-std::string testName(const testing::TestParamInfo<ReferenceRun>& info) {
-  return info.param.name + "_" + std::to_string(info.index);
+std::string testName(const testing::TestParamInfo<reference::Line>& info) {
+  std::string name = info.param.id + "_" + std::to_string(info.index);
+  std::replace(name.begin(), name.end(), '-', '_');
+  return name;
 }
 
 INSTANTIATE_TEST_SUITE_P(All, ReferenceRuns, testing::ValuesIn(runsThat(false)), testName);

@@ -105,14 +105,6 @@ std::string difference(const json& got, const json& want, const std::string& pla
   return got == want ? "" : place + ": " + got.dump() + " instead of " + want.dump();
 }
 
-std::vector<json> readLines(const std::string& file) {
-  std::ifstream in(std::string(TEST_DATA) + "/" + file);
-  std::vector<json> lines;
-  for (std::string line; std::getline(in, line);) lines.push_back(json::parse(line));
-  if (lines.empty()) throw std::runtime_error("nothing in " + file);
-  return lines;
-}
-
 json readFile(const std::string& file) {
   std::ifstream in(std::string(TEST_DATA) + "/" + file);
   return json::parse(in);

@@ -46,15 +46,6 @@ struct Parsed {
   bool accepted;
 };
 
-// One entry of a reference file; test reports show its name alone.
-struct Reference {
-  nlohmann::json given;
-
-  friend void PrintTo(const Reference& reference, std::ostream* out) {
-    *out << reference.given["id"];
-  }
-};
-
 // The record as the reference files write it.
 nlohmann::json writeElem(const BinInfoElem& elem);
 nlohmann::json writeRecord(const PRPValidSpecs& specs);
@@ -65,7 +56,6 @@ nlohmann::json writeRecord(const PRPValidSpecs& specs);
 std::string difference(const nlohmann::json& got, const nlohmann::json& want,
                        const std::string& place = "");
 
-std::vector<nlohmann::json> readLines(const std::string& file);
 nlohmann::json readFile(const std::string& file);
 
 // The lines of diagnostic text that were written: the first label found that is this one, from the

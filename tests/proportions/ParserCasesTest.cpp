@@ -1,6 +1,7 @@
 // Commands in an abstract form with everything that the parser makes of them: the messages, all of
 // them and in order, and the fields of the record.
 #include "ModuleTest.h"
+#include "reference/Lines.h"
 #include "scripted_host/json/ReadScript.h"
 
 namespace module_tests {
@@ -13,16 +14,10 @@ const json& referenceFile() {
   return file;
 }
 
-std::vector<Reference> cases() {
-  std::vector<Reference> found;
-  for (const json& given : referenceFile()["cases"]) found.push_back({given});
-  return found;
-}
-
-class ParserCase : public testing::TestWithParam<Reference> {};
+class ParserCase : public testing::TestWithParam<reference::Line> {};
 
 TEST_P(ParserCase, ComesOutAsStated) {
-  const json& given = GetParam().given;
+  const json given = GetParam().parsed();
   const json& expect = given["expect"];
   const json& dictionary =
       given["dictionary"] == "default" ? referenceFile()["dictionary"] : given["dictionary"];
@@ -41,11 +36,13 @@ TEST_P(ParserCase, ComesOutAsStated) {
 }
 
 // The cases of one command may come more than once.
-std::string nameOf(const testing::TestParamInfo<Reference>& info) {
-  return identifier(info.param.given["id"].get<std::string>()) + "_" + std::to_string(info.index);
+std::string nameOf(const testing::TestParamInfo<reference::Line>& info) {
+  return identifier(info.param.id) + "_" + std::to_string(info.index);
 }
 
-INSTANTIATE_TEST_SUITE_P(Reference, ParserCase, testing::ValuesIn(cases()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Reference, ParserCase,
+                         testing::ValuesIn(reference::readLines("module/parser_cases.jsonl")),
+                         nameOf);
 
 json recordCase(const std::string& id) {
   for (const json& given : referenceFile()["record_cases"])

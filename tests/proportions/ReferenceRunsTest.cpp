@@ -3,6 +3,7 @@
 #include "ModuleTest.h"
 #include "proportions/PRPAlgorithm.h"
 #include "proportions/proportionsFlags.h"
+#include "reference/Lines.h"
 #include "scripted_host/json/ReadScript.h"
 
 namespace module_tests {
@@ -10,12 +11,6 @@ namespace {
 
 using nlohmann::json;
 using scripted::Line;
-
-std::vector<Reference> runs() {
-  std::vector<Reference> found;
-  for (const json& given : readLines("module/procedure.jsonl")) found.push_back({given});
-  return found;
-}
 
 scripted::Script scriptOf(const json& given) {
   return {.data = scripted::readDataSet(given["dataset"]),
@@ -143,11 +138,14 @@ json recordsOf(const Block& dump) {
 
 // --- Tests --------------------------------------------------------------------------------------
 
-class ReferenceRun : public testing::TestWithParam<Reference> {};
+class ReferenceRun : public testing::TestWithParam<reference::Line> {
+ protected:
+  const json given = GetParam().parsed();
+};
 
 TEST_P(ReferenceRun, WritesTheTablesAsStated) {
-  const json& expect = GetParam().given["expect"];
-  Host host(scriptOf(GetParam().given));
+  const json& expect = given["expect"];
+  Host host(scriptOf(given));
   host.run();
   EXPECT_EQ(difference(scripted::writeNotes(host.log), expect["notes"], "notes"), "");
   EXPECT_EQ(difference(scripted::writeWarnings(host.log), expect["warnings"], "warnings"), "");
@@ -163,8 +161,8 @@ TEST_P(ReferenceRun, WritesTheTablesAsStated) {
 }
 
 TEST_P(ReferenceRun, LeavesTheObjectsAsStated) {
-  const json& expect = GetParam().given["expect"]["groups"];
-  Host host(scriptOf(GetParam().given));
+  const json& expect = given["expect"]["groups"];
+  Host host(scriptOf(given));
   gDisplayAlgorithm = true;
   host.run();
   gDisplayAlgorithm = false;
@@ -187,8 +185,8 @@ TEST_P(ReferenceRun, LeavesTheObjectsAsStated) {
 }
 
 TEST_P(ReferenceRun, CountsTheCasesOfTheFirstPassAsStated) {
-  const json& expect = GetParam().given["expect"]["groups"];
-  Host host(scriptOf(GetParam().given));
+  const json& expect = given["expect"]["groups"];
+  Host host(scriptOf(given));
   Parsed parsed;
   ASSERT_TRUE(parsed.accepted);
   PRPAggregation aggregation;
@@ -205,11 +203,12 @@ TEST_P(ReferenceRun, CountsTheCasesOfTheFirstPassAsStated) {
   EXPECT_FALSE(beyond.InitialPass(cases, aggregation));
 }
 
-std::string nameOf(const testing::TestParamInfo<Reference>& info) {
-  return identifier(info.param.given["id"].get<std::string>()) + "_" + std::to_string(info.index);
+std::string nameOf(const testing::TestParamInfo<reference::Line>& info) {
+  return identifier(info.param.id) + "_" + std::to_string(info.index);
 }
 
-INSTANTIATE_TEST_SUITE_P(Reference, ReferenceRun, testing::ValuesIn(runs()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Reference, ReferenceRun,
+                         testing::ValuesIn(reference::readLines("procedure.jsonl")), nameOf);
 
 }  // namespace
 }  // namespace module_tests
