@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "render/CaseTable.h"
-#include "render/Columns.h"
 #include "render/HtmlTable.h"
 #include "render/HtmlText.h"
+#include "render/MessageParts.h"
 #include "render/Messages.h"
 #include "render/Phrase.h"
 
@@ -16,7 +16,6 @@ namespace {
 using embedded::output::Message;
 using embedded::output::Place;
 using embedded::output::readerText;
-using embedded::output::Severity;
 
 // The page itself asks for nothing from anywhere.
 constexpr std::string_view policy =
@@ -25,27 +24,11 @@ constexpr std::string_view policy =
 // Pictures beyond the first page, which the script would show when they are wanted.
 constexpr std::string_view withoutScript = "figure[hidden] { display: block !important; }\n";
 
-std::string_view classOf(Severity severity) {
-  switch (severity) {
-    case Severity::Error:
-      return "error";
-    case Severity::Warning:
-      return "warning";
-    case Severity::Note:
-      return "note";
-  }
-  return {};
-}
-
 // The line of the command with the place in it marked.
 std::string markedPlace(const Place& place) {
-  const std::string line = visible(place.lineText);
-  const std::size_t begin =
-      endOfCharacters(line, static_cast<std::size_t>(std::max(0, place.column - 1)));
-  const std::size_t length = endOfCharacters(std::string_view(line).substr(begin),
-                                             static_cast<std::size_t>(std::max(1, place.length)));
-  return htmlText(line.substr(0, begin)) + "<mark>" + htmlText(line.substr(begin, length)) +
-         "</mark>" + htmlText(line.substr(begin + length));
+  const MarkedLine line = markedLine(place);
+  return htmlText(line.before) + "<mark>" + htmlText(line.marked) + "</mark>" +
+         htmlText(line.after);
 }
 
 // A language tag as HTML wants it: "de_AT.UTF-8" is "de-AT".
@@ -117,7 +100,7 @@ void writeHtmlMessages(const Document& document, const Context& context, std::os
   out << "<section id=\"messages\" aria-labelledby=\"messages-title\">\n<h2 id=\"messages-title\">"
       << htmlText(phrase(context, "Messages")) << "</h2>\n<ul>\n";
   for (const Message& message : document.messages) {
-    out << "<li class=\"" << classOf(message.severity) << "\"><strong>"
+    out << "<li class=\"" << severityId(message.severity) << "\"><strong>"
         << htmlText(severityName(message.severity, context)) << "</strong> "
         << htmlText(messageSentence(document, message, context));
     if (message.where) {

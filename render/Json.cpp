@@ -4,6 +4,7 @@
 
 #include "render/JsonLabels.h"
 #include "render/JsonTable.h"
+#include "render/MessageParts.h"
 #include "render/Renderer.h"
 
 namespace render {
@@ -12,7 +13,6 @@ namespace {
 
 using embedded::output::CaseCounts;
 using embedded::output::Message;
-using embedded::output::Severity;
 
 constexpr std::size_t blockSize = std::size_t{1} << 16;
 
@@ -62,20 +62,8 @@ Json notesOf(const Document& document, const Context& context) {
   return notes;
 }
 
-std::string_view nameOf(Severity severity) {
-  switch (severity) {
-    case Severity::Error:
-      return "error";
-    case Severity::Warning:
-      return "warning";
-    case Severity::Note:
-      return "note";
-  }
-  return {};
-}
-
 Json messageOf(const Document& document, const Message& message, const Context& context) {
-  Json json = {{"severity", nameOf(message.severity)},
+  Json json = {{"severity", severityId(message.severity)},
                {"id", message.text->id},
                {"arguments", jsonArguments(*message.text)},
                {"text", embedded::output::readerText(*message.text, *context.sentences)}};

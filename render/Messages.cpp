@@ -6,6 +6,7 @@
 
 #include "embedded/output/Values.h"
 #include "render/Columns.h"
+#include "render/MessageParts.h"
 #include "render/Phrase.h"
 #include "render/ReaderTable.h"
 #include "render/TextTable.h"
@@ -33,15 +34,12 @@ std::string caretLines(const Place& place) {
   if (place.lineText.empty()) {
     return fmt::format("{:>5}:{} |\n", place.line, place.column);
   }
-  const std::string line = visible(place.lineText);
-  const std::size_t begin =
-      endOfCharacters(line, static_cast<std::size_t>(std::max(0, place.column - 1)));
-  const std::string_view marked = std::string_view(line).substr(begin);
-  const std::size_t length = columnsOf(marked.substr(
-      0, endOfCharacters(marked, static_cast<std::size_t>(std::max(1, place.length)))));
-  std::string out = fmt::format("{:>5} | {}\n{:>8}", place.line, line, "| ");
-  out.append(columnsOf(std::string_view(line).substr(0, begin)), ' ').append(1, '^');
-  return out.append(std::max<std::size_t>(length, 1) - 1, '~').append(1, '\n');
+  const MarkedLine line = markedLine(place);
+  std::string out =
+      fmt::format("{:>5} | {}{}{}\n{:>8}", place.line, line.before, line.marked, line.after, "| ");
+  out.append(columnsOf(line.before), ' ').append(1, '^');
+  const std::size_t length = std::max<std::size_t>(columnsOf(line.marked), 1);
+  return out.append(length - 1, '~').append(1, '\n');
 }
 
 void addCases(const Document& document, const Context& context,
@@ -70,15 +68,7 @@ void addCases(const Document& document, const Context& context,
 }  // namespace
 
 std::string severityName(Severity severity, const Context& context) {
-  switch (severity) {
-    case Severity::Error:
-      return std::string(context.sentences->sentence("error"));
-    case Severity::Warning:
-      return std::string(context.sentences->sentence("warning"));
-    case Severity::Note:
-      return std::string(context.sentences->sentence("note"));
-  }
-  return {};
+  return std::string(context.sentences->sentence(severityId(severity)));
 }
 
 std::string messageSentence(const Document& document, const Message& message,
