@@ -7,6 +7,7 @@
 #include <numeric>
 
 #include "render/Columns.h"
+#include "render/Panel.h"
 
 namespace render {
 
@@ -155,8 +156,11 @@ class LatexTable {
     out_ += "\\toprule\n";
     writeHead(begin, end);
     out_ += "\\midrule\\endhead\n\\bottomrule\\endfoot\n";
-    for (std::size_t r = 0; r < table_.rows.size(); ++r) {
-      writeRow(r, begin, end);
+    bool first = true;
+    for (const PanelRow& row : rowsOfPanel(table_, begin, end)) {
+      out_ += !first && row.shared == 0 && grouped_ ? "\\addlinespace\n" : "";
+      writeRow(row, begin, end);
+      first = false;
     }
     out_ += "\\end{longtable}\n";
     out_ += begin == 0 ? "" : "\\addtocounter{table}{-1}\n";  // a part of the same table
@@ -222,13 +226,12 @@ class LatexTable {
   }
 
   // A label that a row shares with the row above is printed once.
-  void writeRow(std::size_t r, std::size_t begin, std::size_t end) {
-    const ReaderRow& row = table_.rows[r];
-    out_ += r > 0 && row.shared == 0 && grouped_ ? "\\addlinespace\n" : "";
+  void writeRow(const PanelRow& shown, std::size_t begin, std::size_t end) {
+    const ReaderRow& row = table_.rows[shown.row];
     for (std::size_t h = 0; h < row.labels.size(); ++h) {
       const ReaderLabel& label = row.labels[h];
       out_ += h == 0 ? "" : " & ";
-      out_ += h < row.shared ? "" : text_.escaped(label.text) + marksOf(label.notes);
+      out_ += h < shown.shared ? "" : text_.escaped(label.text) + marksOf(label.notes);
     }
     for (std::size_t c = begin; c < end; ++c) {
       out_ += (c > begin || !row.labels.empty() ? " & " : "") + cellText(row.cells[c], c);

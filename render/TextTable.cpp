@@ -5,6 +5,7 @@
 #include <string>
 
 #include "render/Columns.h"
+#include "render/Panel.h"
 
 namespace render {
 
@@ -198,8 +199,8 @@ class TextTable {
     }
     writeHeads(begin, end);
     out_ << rule(width, light) << '\n';
-    for (std::size_t r = 0; r < table_.rows.size(); ++r) {
-      writeRow(r, begin, end);
+    for (const PanelRow& row : rowsOfPanel(table_, begin, end)) {
+      writeRow(row, begin, end);
     }
     out_ << rule(width, heavy) << '\n';
   }
@@ -266,12 +267,12 @@ class TextTable {
   }
 
   // A label that a row shares with the row above is printed once.
-  void writeRow(std::size_t r, std::size_t begin, std::size_t end) {
-    const ReaderRow& row = table_.rows[r];
+  void writeRow(const PanelRow& shown, std::size_t begin, std::size_t end) {
+    const ReaderRow& row = table_.rows[shown.row];
     std::vector<std::vector<std::string>> labels;
     std::size_t height = 1;
     for (std::size_t h = 0; h < row.labels.size(); ++h) {
-      labels.push_back(wrapped(h < row.shared ? "" : textOf(row.labels[h]), labelWidths_[h]));
+      labels.push_back(wrapped(h < shown.shared ? "" : textOf(row.labels[h]), labelWidths_[h]));
       height = std::max(height, labels.back().size());
     }
     for (std::size_t i = 0; i < height; ++i) {
@@ -281,7 +282,7 @@ class TextTable {
         line += padRight(i < labels[h].size() ? labels[h][i] : "", labelWidths_[h]);
       }
       for (std::size_t c = begin; i == 0 && c < end; ++c) {
-        line.append(gap, ' ').append(padLeft(cells_[r][c], widths_[c]));
+        line.append(gap, ' ').append(padLeft(cells_[shown.row][c], widths_[c]));
       }
       writeLine(std::move(line));
     }

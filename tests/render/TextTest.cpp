@@ -42,6 +42,54 @@ TEST(Text, SplitsWideTablesByColumnsAndRepeatsRowLabels) {
   expectBaseline("wide.txt", text);
 }
 
+// The lines of one part of a broken table that begin with a row's label.
+std::size_t linesWith(const std::string& text, const std::string& label) {
+  std::size_t count = 0;
+  for (std::size_t at = text.find("\n" + label); at != std::string::npos;
+       at = text.find("\n" + label, at + 1)) {
+    ++count;
+  }
+  return count;
+}
+
+// A table of two groups of columns, where some rows have cells in the one and some in the other.
+samples::Document sparse(int columns) {
+  samples::Builder builder;
+  const auto table = builder.table("Sparse", {samples::id("Group")}, samples::id("Statistics"));
+  const auto write = [&](const char* group, const char* row, const char* head) {
+    for (int column = 1; column <= columns; ++column) {
+      builder.cell(table,
+                   {{samples::id(group), samples::id(row)},
+                    {samples::id(head), samples::id("Statistic" + std::to_string(column))}},
+                   1.0);
+    }
+  };
+  write("outer", "left", "Observed");
+  write("outer", "right", "Multiple");
+  write("other", "left", "Observed");
+  return builder.document;
+}
+
+// A row that has nothing in the columns of a part is not shown there, and the row below it repeats
+// the label that the two share.
+TEST(Text, LeavesRowsOutOfPartsWhereTheyHaveNoCells) {
+  const std::string text = rendered(sparse(2), "text", context(44));
+  EXPECT_EQ(linesWith(text, "outer  left"), 1U) << text;
+  EXPECT_EQ(linesWith(text, "outer  right"), 1U) << text;
+  EXPECT_EQ(linesWith(text, "other  left"), 1U) << text;
+
+  const std::string latex = rendered(sparse(10), "latex");
+  EXPECT_EQ(linesWith(latex, "outer & left &"), 1U) << latex;
+  EXPECT_EQ(linesWith(latex, "outer & right &"), 1U) << latex;
+  EXPECT_EQ(linesWith(latex, " & right"), 0U) << latex;
+}
+
+TEST(Text, KeepsRowsWholeWhereAllColumnsFit) {
+  const std::string text = rendered(sparse(2), "text", context(100));
+  EXPECT_EQ(linesWith(text, "outer  left"), 1U) << text;
+  EXPECT_EQ(linesWith(text, "       right"), 1U) << text;
+}
+
 TEST(Text, KeepsTheLinesOfTheCommandAndPointsAtThePlace) {
   expectBaseline("refused.txt", rendered(samples::refused(), "text"));
 }
