@@ -57,7 +57,7 @@ class TableWriter {
     at_ = row.place.at;
     split_ = pooledSplits_[row.place.user == none ? 0 : row.place.user];
     for (const PooledCell& pooled : row.cells) {
-      Cell& cell = add(pooled.column, pooled.value);
+      Cell& cell = add(columnOf(pooled), pooled.value);
       cell.state = pooled.state;
       cell.format = pooled.format;
       cell.footnotes = pooled.note ? footnoteList(table_, pooled.note) : pooled.footnotes;
@@ -76,6 +76,23 @@ class TableWriter {
     cell.value = value;
     table_.cells.push_back(cell);
     return table_.cells.back();
+  }
+
+  // A column that only pooled rows have stands right behind the one that it takes the place of.
+  Index columnOf(const PooledCell& pooled) {
+    if (pooled.label.empty()) {
+      return pooled.column;
+    }
+    Dimension& dimension = table_.dimensions[statistics_];
+    const Index parent = dimension.nodes[pooled.column].parent;
+    const std::size_t known = dimension.nodes.size();
+    const Index column = childNode(dimension, parent, Text::string(pooled.label), false);
+    if (dimension.nodes.size() > known) {
+      auto& children = dimension.nodes[parent].children;
+      const auto beside = std::find(children.begin(), children.end(), pooled.column);
+      std::rotate(beside + 1, children.end() - 1, children.end());
+    }
+    return column;
   }
 
   Cell& addDiagnostic(const char* label, double value) {

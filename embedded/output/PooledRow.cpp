@@ -125,6 +125,7 @@ class RowPooling {
     for (const Index column : columns_) {
       const Cell& cell = *table_.cellsOf(row_, column).front();
       result_.cells.push_back({.column = column,
+                               .label = {},
                                .state = cell.state,
                                .value = cell.value,
                                .format = cell.format,
@@ -207,8 +208,14 @@ class RowPooling {
     }
   }
 
+  // A pooled statistic follows another law than the procedure's, and has the name of that one.
+  std::string labelFor(Index column) const {
+    const Meaning& meaning = table_.meaningOf(column);
+    return meaning.role == Role::Statistic ? meaning.pooling : std::string();
+  }
+
   PooledCell cellFor(Index column) const {
-    PooledCell cell{.column = column, .note = nullptr};
+    PooledCell cell{.column = column, .label = labelFor(column), .note = nullptr};
     if (const auto value = valueOf(column)) {
       cell.value = *value;
       cell.state = std::isnan(*value) ? State::NotANumber : State::Valid;

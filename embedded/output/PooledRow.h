@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "embedded/output/ImputedTable.h"
@@ -11,6 +12,7 @@ namespace embedded::output {
 
 struct PooledCell {
   Index column = none;
+  std::string label;  // the column beside that one where the cell stands; empty: that very one
   State state = State::Valid;
   double value = 0.0;
   NumberFormat format = NumberFormat::GeneralStat;

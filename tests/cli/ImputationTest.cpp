@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <map>
+#include <set>
 
 #include "Program.h"
 #include "ScenarioResults.h"
@@ -134,7 +135,7 @@ TEST_F(Imputation, PoolsOneSample) {
   EXPECT_NEAR(valueOf(all, t, "Wald", freedom), 11.8007493948462008, 1e-10);
   EXPECT_NEAR(valueOf(all, t, "Wilson Score", freedom), 21.1839028503963569, 1e-10);
   EXPECT_NEAR(valueOf(all, oneSampleTests, "Wald", "Observed - Test Value"), 0.116, 1e-15);
-  EXPECT_NEAR(valueOf(all, oneSampleTests, "Wald", "Z"), 1.25778239524961134, 1e-12);
+  EXPECT_NEAR(valueOf(all, oneSampleTests, "Wald", "t"), 1.25778239524961134, 1e-12);
   EXPECT_NEAR(valueOf(all, oneSampleTests, "Wald", "Significance / One-Sided p"),
               0.116395231408459505, 1e-12);
   EXPECT_NEAR(valueOf(all, oneSampleTests, "Wald", "Significance / Two-Sided p"),
@@ -146,6 +147,23 @@ TEST_F(Imputation, PoolsOneSample) {
   for (const CsvCell& cell : all) {
     EXPECT_FALSE(cell.split == "imputation=pooled" && (cell.row == "Logit" || cell.row == "Score"));
   }
+}
+
+// A pooled ratio follows Student's t: it does not stand among statistics of the normal law, and its
+// degrees of freedom stand in the same row.
+TEST_F(Imputation, CallsThePooledStatisticByItsName) {
+  writeOneSample();
+  const auto all =
+      cells("/ONESAMPLE v TESTVAL=0.3 TESTTYPES=WALD CITYPES=NONE /SUCCESS VALUE=LEVEL(1)",
+            {"--weight", "w"});
+  std::map<std::string, std::set<std::string>> splits;  // by statistic
+  for (const CsvCell& cell : all) {
+    splits[cell.statistic].insert(cell.split);
+  }
+  EXPECT_EQ(splits["t"], std::set<std::string>{"imputation=pooled"});
+  EXPECT_EQ(splits[freedom], std::set<std::string>{"imputation=pooled"});
+  EXPECT_EQ(splits["Z"].size(), 6U);
+  EXPECT_FALSE(splits["Z"].contains("imputation=pooled"));
 }
 
 TEST_F(Imputation, HasRubinsDegreesOfFreedomByOption) {
@@ -174,7 +192,7 @@ TEST_F(Imputation, PoolsIndependentSamples) {
   EXPECT_NEAR(valueOf(all, t, "Newcombe", interval + "Lower"), -0.126287751999803692, 1e-12);
   EXPECT_NEAR(valueOf(all, t, "Newcombe", interval + "Upper"), 0.37254825150250411, 1e-12);
   const std::string tests = "Independent-Samples Proportions Tests";
-  EXPECT_NEAR(valueOf(all, tests, "Wald", "Z"), 1.21089495547935841, 1e-12);
+  EXPECT_NEAR(valueOf(all, tests, "Wald", "t"), 1.21089495547935841, 1e-12);
   EXPECT_NEAR(valueOf(all, tests, "Wald", "Significance / Two-Sided p"), 0.233709074395251299,
               1e-12);
   const std::string groups = "Independent-Samples Proportions Group Statistics";
@@ -199,7 +217,7 @@ TEST_F(Imputation, PoolsPairs) {
   EXPECT_NEAR(valueOf(all, t, "Wald", interval + "Upper"), 0.29332948343321986, 1e-12);
   EXPECT_NEAR(valueOf(all, t, "Wald", freedom), 20.1906597629865828, 1e-10);
   const std::string tests = "Paired-Samples Proportions Tests";
-  EXPECT_NEAR(valueOf(all, tests, "Wald", "Z"), 1.46991162648842017, 1e-12);
+  EXPECT_NEAR(valueOf(all, tests, "Wald", "t"), 1.46991162648842017, 1e-12);
   EXPECT_NEAR(valueOf(all, tests, "Wald", "Significance / One-Sided p"), 0.0784986153413546469,
               1e-12);
   // The standard error of a single measurement is that of the table, by its successes.
@@ -344,7 +362,7 @@ TEST_F(Imputation, PoolsProportionsOfZeroWithOthers) {
               1e-14);
   EXPECT_NEAR(valueOf(all, oneSampleIntervals, "Wilson Score", upper), 0.440093734291272546, 1e-12);
   // No imputation but one has a Wald test; the pooled estimate has one all the same.
-  EXPECT_LT(valueOf(all, oneSampleTests, "Wald", "Z"), 0.0);
+  EXPECT_LT(valueOf(all, oneSampleTests, "Wald", "t"), 0.0);
 }
 
 TEST_F(Imputation, SaysWhichStatisticsAnImputationLacks) {
