@@ -1,11 +1,12 @@
 #include "OutputFile.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <iostream>
+#include <utility>
 
 #include "embedded/errors/Error.h"
 
@@ -13,54 +14,53 @@ namespace cli {
 
 namespace {
 
-[[noreturn]] void fail(const std::string& path) {
-  throw embedded::Error(embedded::ErrorKind::Output, "Cannot write ^1: ^2 ...",
-                        {path.empty() ? "Standard output ..." : path, std::strerror(errno)});
-}
+constexpr mode_t permissions = 0666;  // less what the user's mask takes
 
 }  // namespace
 
-OutputFile::OutputFile(std::string path) : path_(std::move(path)) {
-  if (path_.empty()) {
-    return;
+OutputFile::OutputFile(std::string path) : path_(std::move(path)), descriptor_(STDOUT_FILENO) {
+  if (!path_.empty()) {
+    open();
   }
-  // A device or a pipe is written to as it is; there is nothing to keep whole.
-  const std::filesystem::path target(path_);
+  buffer_.emplace(descriptor_);
+  stream_.emplace(&*buffer_);
+}
+
+// A device or a pipe is written to as it is; there is nothing to keep whole.
+void OutputFile::open() {
   std::error_code ignored;
-  const auto status = std::filesystem::status(target, ignored);
-  const bool special = std::filesystem::exists(status) && !std::filesystem::is_regular_file(status);
+  const auto status = std::filesystem::status(path_, ignored);
   if (std::filesystem::is_directory(status)) {
-    errno = EISDIR;
-    fail(path_);
+    fail(std::strerror(EISDIR));
   }
-  beside_ = special ? path_ : path_ + ".part" + std::to_string(getpid());
-  file_.open(beside_, std::ios::binary | std::ios::trunc);
-  if (!file_) {
-    beside_.clear();
-    fail(path_);
+  const bool special = std::filesystem::exists(status) && !std::filesystem::is_regular_file(status);
+  const std::string target = special ? path_ : path_ + ".part" + std::to_string(getpid());
+  descriptor_ = ::open(target.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, permissions);
+  if (descriptor_ < 0) {
+    fail(std::strerror(errno));
   }
-  if (special) {
-    beside_.clear();
-  }
+  beside_ = special ? "" : target;
+}
+
+void OutputFile::fail(const std::string& reason) const {
+  throw embedded::Error(embedded::ErrorKind::Output, "Cannot write ^1: ^2 ...",
+                        {path_.empty() ? "Standard output ..." : path_, reason});
 }
 
 OutputFile::~OutputFile() {
+  if (!path_.empty() && descriptor_ >= 0) {
+    close(descriptor_);
+  }
   if (!beside_.empty()) {
-    file_.close();
     std::error_code ignored;
     std::filesystem::remove(beside_, ignored);
   }
 }
 
-std::ostream& OutputFile::stream() {
-  return path_.empty() ? std::cout : file_;
-}
-
 void OutputFile::check() {
-  errno = 0;
   stream().flush();
-  if (!stream()) {
-    fail(path_);
+  if (buffer_->problem() != 0 || !stream()) {
+    fail(std::strerror(buffer_->problem() != 0 ? buffer_->problem() : EIO));
   }
 }
 
@@ -69,16 +69,14 @@ void OutputFile::commit() {
   if (path_.empty()) {
     return;
   }
-  file_.close();
-  if (!file_) {
-    fail(path_);
+  if (close(std::exchange(descriptor_, -1)) != 0) {
+    fail(std::strerror(errno));
   }
   if (!beside_.empty()) {
     std::error_code problem;
     std::filesystem::rename(beside_, path_, problem);
     if (problem) {
-      errno = problem.value();
-      fail(path_);
+      fail(problem.message());
     }
     beside_.clear();
   }

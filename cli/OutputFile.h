@@ -1,9 +1,11 @@
 // An output file that is there whole or not at all.
 #pragma once
 
-#include <fstream>
+#include <optional>
 #include <ostream>
 #include <string>
+
+#include "DescriptorBuffer.h"
 
 namespace cli {
 
@@ -17,16 +19,23 @@ class OutputFile {
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
 
-  std::ostream& stream();
-  // Hands on what was written so far. Throws Error(Output) when some of it could not be.
+  std::ostream& stream() { return *stream_; }
+  // Hands on what was written so far. Throws Error(Output), with the reason, when some of it could
+  // not be.
   void check();
   // The same, and the file takes its place.
   void commit();
+  // Throws Error(Output) for that reason.
+  [[noreturn]] void fail(const std::string& reason) const;
 
  private:
+  void open();
+
   std::string path_;
-  std::string beside_;
-  std::ofstream file_;
+  std::string beside_;  // empty: written to as it is
+  int descriptor_;
+  std::optional<DescriptorBuffer> buffer_;
+  std::optional<std::ostream> stream_;
 };
 
 }  // namespace cli

@@ -1,7 +1,4 @@
 // `run` and `describe`: from the request to the written document.
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
@@ -10,10 +7,13 @@
 #include <fstream>
 #include <iostream>
 #include <memory>
+#include <system_error>
 
 #include "OutputFile.h"
 #include "Program.h"
+#include "Terminal.h"
 #include "embedded/errors/Error.h"
+#include "render/Binary.h"
 #include "render/Messages.h"
 #include "render/Renderer.h"
 
@@ -26,26 +26,11 @@ using embedded::ErrorKind;
 using embedded::output::Document;
 using embedded::output::Severity;
 
-constexpr int usualWidth = 100;
-constexpr int narrowest = 40;
-
-// Columns of the terminal, or what COLUMNS says, or the usual width.
-int lineWidth() {
-  winsize size{};
-  if (isatty(STDOUT_FILENO) != 0 && ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 &&
-      size.ws_col > 0) {
-    return std::max<int>(size.ws_col, narrowest);
-  }
-  const char* columns = std::getenv("COLUMNS");
-  const int wanted = columns == nullptr ? 0 : std::atoi(columns);
-  return wanted >= narrowest ? wanted : usualWidth;
-}
-
 bool usesColour(const OutputOptions& output) {
   if (output.colour != "auto") {
     return output.colour == "always";
   }
-  return output.path.empty() && isatty(STDOUT_FILENO) != 0 && std::getenv("NO_COLOR") == nullptr;
+  return output.path.empty() && writesToTerminal() && std::getenv("NO_COLOR") == nullptr;
 }
 
 const render::Format& chooseFormat(const OutputOptions& output) {
@@ -58,6 +43,15 @@ const render::Format& chooseFormat(const OutputOptions& output) {
     throw Error(ErrorKind::Usage, "Unknown output format of ^1 ...", {output.path});
   }
   return byFile == nullptr ? render::formats().front() : *byFile;
+}
+
+// The format that is wanted, where it can be written.
+const render::Format& expectFormat(const OutputOptions& output) {
+  const render::Format& format = chooseFormat(output);
+  if (render::isBinary(format) && output.path.empty() && writesToTerminal()) {
+    throw Error(ErrorKind::Usage, "No terminal can show ^1 ...", {std::string(format.name)});
+  }
+  return format;
 }
 
 std::string moduleDescription(const Arguments& arguments) {
@@ -159,7 +153,11 @@ class PartWriter {
 
   // The document, or what is left of it.
   void finish(const Document& document) {
-    (begun_ ? format_.part : format_.render)(document, context_, output_.stream());
+    try {
+      (begun_ ? format_.part : format_.render)(document, context_, output_.stream());
+    } catch (const std::system_error& problem) {
+      output_.fail(problem.code().message());
+    }
     output_.commit();
   }
 
@@ -174,7 +172,7 @@ class PartWriter {
 
 int runAndWrite(embedded::Request request, const Arguments& arguments,
                 const embedded::output::Sentences& sentences) {
-  const render::Format& format = chooseFormat(arguments.output);
+  const render::Format& format = expectFormat(arguments.output);
   const Diagnostics diagnostics(arguments);
   const auto module = embedded::Module::load(moduleDescription(arguments), diagnostics.wanted());
   diagnostics.prepare(module, request);
@@ -210,10 +208,9 @@ int runData(const Arguments& arguments, const embedded::output::Sentences& sente
 }
 
 int describeData(const Arguments& arguments) {
-  std::cout << embedded::describe(arguments.request) << std::flush;
-  if (!std::cout) {
-    throw Error(ErrorKind::Output, "Cannot write ^1: ^2 ...", {"Standard output ...", ""});
-  }
+  OutputFile output("");
+  output.stream() << embedded::describe(arguments.request);
+  output.commit();
   return 0;
 }
 

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 
+#include "render/Binary.h"
 #include "render/Renderer.h"
 
 namespace render {
@@ -38,6 +39,10 @@ const Format* findFormat(std::string_view name) {
   const auto found =
       std::find_if(table.begin(), table.end(), [&](const Format& f) { return f.name == name; });
   return found == table.end() ? nullptr : &*found;
+}
+
+bool isBinary(const Format& format) {
+  return format.render == renderXlsx;
 }
 
 const Format* formatOfFile(std::string_view path) {

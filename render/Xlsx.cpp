@@ -7,10 +7,12 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "embedded/output/Values.h"
@@ -237,9 +239,9 @@ void renderXlsx(const Document& document, const Context& context, std::ostream& 
   plainNumbers.colour = false;
   plainNumbers.decimalPoint = ".";  // the program that opens it has its own
   const TemporaryFile file;
+  errno = file.path().empty() ? errno : 0;
   if (file.path().empty() || !writeBook(file.path(), document, plainNumbers)) {
-    out.setstate(std::ios::badbit);
-    return;
+    throw std::system_error(errno == 0 ? EIO : errno, std::generic_category());
   }
   out << std::ifstream(file.path(), std::ios::binary).rdbuf();
 }

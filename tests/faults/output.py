@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
-"""What becomes of the output file when writing fails, or when the program is killed while it runs.
+"""What becomes of the output when writing fails, or when the program is killed while it runs.
 
-Usage: output.py PROGRAM. A full device, a limit on the size of files, and kills at random moments: the
+Usage: output.py PROGRAM. A terminal that cannot show a workbook, a full device, a limit on the size of files, and kills at random moments: the
 file that was there is left whole, or the new one stands in its place whole, and nothing else is left.
 """
 import os
+import pty
 import random
 import resource
 import signal
@@ -14,7 +15,8 @@ import tempfile
 import time
 
 PROGRAM = sys.argv[1]
-COUNTS = ['counts', '81/263', '12/48', '--tests', 'ALL', '--intervals', 'ALL', '--format', 'json']
+PLAIN = ['counts', '81/263', '12/48', '--tests', 'ALL', '--intervals', 'ALL']
+COUNTS = [*PLAIN, '--format', 'json']
 OLD = 'the old file\n' * 100
 KILLS = 60
 
@@ -40,6 +42,29 @@ def check_full_device():
     with open('/dev/full', 'w') as full:
         done = subprocess.run([PROGRAM, *COUNTS], stdout=full, stderr=subprocess.PIPE)
     expect(done.returncode == 4, f'a full standard output ends with status {done.returncode}')
+    expect(b'No space left on device' in done.stderr, f'not the reason: {done.stderr}')
+
+
+def on_terminal(arguments):
+    """Status and standard error of a run whose standard output is a terminal, and what that shows."""
+    reader, terminal = pty.openpty()
+    with os.fdopen(reader, 'rb', buffering=0) as shown:
+        done = subprocess.run([PROGRAM, *PLAIN, *arguments], stdout=terminal, stderr=subprocess.PIPE)
+        os.write(terminal, b'\0')  # something to read, whatever the program wrote
+        os.close(terminal)
+        return done.returncode, done.stderr, shown.read(100)
+
+
+def check_terminal(folder):
+    status, said, shown = on_terminal(['--format', 'xlsx'])
+    expect(status == 2, f'a workbook for a terminal ends with status {status}')
+    expect(b'terminal' in said and shown == b'\0', f'a workbook for a terminal: {said} {shown}')
+    book = os.path.join(folder, 'book.xlsx')
+    status, said, shown = on_terminal(['--format', 'xlsx', '-o', book])
+    expect(status == 0 and os.path.getsize(book) > 1000, f'a workbook in a file: {status} {said}')
+    os.remove(book)
+    status, said, shown = on_terminal(['--format', 'csv'])
+    expect(status == 0 and shown.startswith(b'table,'), f'csv on a terminal: {status} {said}')
 
 
 def content(path):
@@ -80,5 +105,6 @@ if __name__ == '__main__':
         with open(target, 'w') as old:
             old.write(OLD)
         check_full_device()
+        check_terminal(folder)
         check_limit(target)
         check_kills(target)
