@@ -4,13 +4,22 @@
 #include <algorithm>
 #include <charconv>
 #include <fstream>
+#include <iostream>
 #include <iterator>
+#include <memory>
 #include <utility>
 #include <vector>
 
+#include "ErrorText.h"
+#include "Help.h"
 #include "Invocation.h"
+#include "OutputFile.h"
+#include "Terminal.h"
+#include "WrongUsage.h"
 #include "embedded/errors/Error.h"
+#include "embedded/messages/Catalogue.h"
 #include "embedded/output/Values.h"
+#include "render/Phrase.h"
 #include "render/Renderer.h"
 
 namespace cli {
@@ -22,7 +31,6 @@ using embedded::ErrorKind;
 using embedded::SplitLayout;
 
 constexpr std::uint32_t mostSamples = 10'000'000;
-constexpr int wrongUsage = embedded::exitStatus(ErrorKind::Usage);
 
 std::vector<std::string> formatNames() {
   std::vector<std::string> names;
@@ -32,39 +40,54 @@ std::vector<std::string> formatNames() {
   return names;
 }
 
+// A number within bounds, both allowed.
+CLI::Validator between(double low, double high) {
+  const std::string from = embedded::output::shortest(low);
+  const std::string to = embedded::output::shortest(high);
+  const auto problem = [=](std::string& text) {
+    double number = 0.0;
+    const bool inside = CLI::detail::lexical_cast(text, number) && number >= low && number <= high;
+    return inside ? std::string() : "Value " + text + " not in range " + from + " to " + to;
+  };
+  return {problem, "[" + from + " - " + to + "]"};
+}
+
+void addLanguage(CLI::App& app, OutputOptions& output) {
+  const auto tags = embedded::messages::Catalogue::tags();
+  app.add_option("--language", output.language, "Help --language ...")
+      ->type_name("TAG:{" + CLI::detail::join(tags, ",") + "}");
+}
+
 void addOutput(CLI::App& app, OutputOptions& output) {
-  app.add_option("--format", output.format, "The output's format")
+  app.add_option("--format", output.format, "Help --format ...")
       ->check(CLI::IsMember(formatNames()))
       ->type_name("FORMAT");
-  app.add_option("-o,--output", output.path, "Where the output goes")->type_name("FILE");
-  app.add_option("--language", output.language, "Language of texts")->type_name("TAG");
-  app.add_option("--color", output.colour, "Colours on a terminal")
+  app.add_option("-o,--output", output.path, "Help --output ...")->type_name("FILE");
+  addLanguage(app, output);
+  app.add_option("--color", output.colour, "Help --color ...")
       ->check(CLI::IsMember({"auto", "always", "never"}))
       ->type_name("WHEN");
-  app.add_flag("--sentences", output.sentences,
-               "One sentence ready to paste by each row of results");
-  app.add_flag("--quiet", output.quiet, "No messages on standard error but errors");
+  app.add_flag("--sentences", output.sentences, "Help --sentences ...");
+  app.add_flag("--quiet", output.quiet, "Help --quiet ...");
 }
 
 void addData(CLI::App& app, Arguments& arguments) {
   embedded::Request& request = arguments.request;
-  app.add_option("DATA", request.data,
-                 "A file (csv, tsv, parquet, json, duckdb), an address of a table, or - for csv")
-      ->required();
-  app.add_option("--schema", request.schema, "Dictionary of the data")->type_name("FILE");
-  app.add_option("--weight", request.weight, "The case weight")->type_name("VAR");
-  app.add_option("--split", request.splits, "Split groups by these variables")
+  app.add_option("DATA", request.data, "Help DATA ...")->required();
+  app.add_option("--schema", request.schema, "Help --schema ...")->type_name("FILE");
+  app.add_option("--weight", request.weight, "Help --weight ...")->type_name("VAR");
+  app.add_option("--split", request.splits, "Help --split ...")
       ->delimiter(',')
       ->allow_extra_args(false)
       ->type_name("VAR,...");
-  app.add_option("--locale", request.locale, "Collation of strings")->type_name("TAG");
-  app.add_option("--threads", request.threads, "Threads of the data engine")
-      ->check(CLI::Range(1, 1024));
-  app.add_option("--timeout", request.timeout, "Seconds that a server may keep silent")
-      ->check(CLI::Range(0.1, 1e6))
+  app.add_option("--locale", request.locale, "Help --locale ...")->type_name("TAG");
+  app.add_option("--threads", request.threads, "Help --threads ...")
+      ->check(between(1, 1024))
+      ->type_name("N");
+  app.add_option("--timeout", request.timeout, "Help --timeout ...")
+      ->check(between(0.1, 1e6))
       ->type_name("SECONDS");
-  app.add_option("--memory", request.memory, "Memory of the data engine, such as 2GB")
-      ->type_name("SIZE");
+  app.add_option("--memory", request.memory, "Help --memory ...")->type_name("SIZE");
 }
 
 // What is wrong with a seed; empty when it is one.
@@ -74,7 +97,7 @@ std::string seedProblem(const std::string& text) {
   const auto [stop, problem] = std::from_chars(text.data(), end, seed);
   return problem == std::errc() && stop == end
              ? ""
-             : "Value " + text + " is no whole number from 0 to 18446744073709551615";
+             : "Value " + text + " not in range 0 to 18446744073709551615";
 }
 
 // An option whose value is one of these names, whatever their case.
@@ -100,52 +123,53 @@ CLI::Option* addChoice(CLI::App& app, const std::string& option, Value& value,
 
 void addBootstrap(CLI::App& app, BootstrapOptions& options) {
   using Interval = embedded::output::BootstrapInterval;
-  auto* samples = app.add_option("--bootstrap", options.samples, "Bootstrap samples to draw")
-                      ->check(CLI::Range(1U, mostSamples))
+  auto* samples = app.add_option("--bootstrap", options.samples, "Help --bootstrap ...")
+                      ->check(between(1, mostSamples))
                       ->type_name("N");
-  app.add_option("--seed", options.bootstrap.seed, "Seed of the samples")
+  app.add_option("--seed", options.bootstrap.seed, "Help --seed ...")
       ->check(seedProblem)
       ->needs(samples)
       ->type_name("S");
   addChoice<Interval>(app, "--bootstrap-interval", options.bootstrap.interval,
                       {{"percentile", Interval::Percentile}, {"bca", Interval::Bca}},
-                      "Kind of bootstrap interval")
+                      "Help --bootstrap-interval ...")
       ->needs(samples);
-  app.add_option("--bootstrap-level", options.bootstrap.level, "Its level in percent")
+  app.add_option("--bootstrap-level", options.bootstrap.level, "Help --bootstrap-level ...")
       ->needs(samples)
       ->type_name("L");
 }
 
 void addImputation(CLI::App& app, ImputationOptions& options) {
   using embedded::output::PoolingDf;
-  auto* number = app.add_option("--imputation", options.number,
-                                "The imputation number: 0 for the original data")
+  auto* number = app.add_option("--imputation", options.number, "Help --imputation ...")
                      ->excludes("--bootstrap")
                      ->type_name("VAR");
   addChoice<PoolingDf>(app, "--pooling-df", options.df,
                        {{"barnard-rubin", PoolingDf::BarnardRubin}, {"rubin", PoolingDf::Rubin}},
-                       "Degrees of freedom of pooled results")
+                       "Help --pooling-df ...")
       ->needs(number);
 }
 
 void addRun(CLI::App& app, Arguments& arguments) {
   addData(app, arguments);
-  auto* command = app.add_option("-c,--command", arguments.request.command, "The command");
-  app.add_option("-f,--file", arguments.commandFile, "A file that holds the command")
-      ->excludes(command);
+  auto* command = app.add_option("-c,--command", arguments.request.command, "Help --command ...")
+                      ->type_name("COMMAND");
+  app.add_option("-f,--file", arguments.commandFile, "Help --file ...")
+      ->excludes(command)
+      ->type_name("FILE");
   addChoice<SplitLayout>(app, "--split-layout", arguments.request.splitLayout,
                          {{"rows", SplitLayout::Rows}, {"tables", SplitLayout::Tables}},
-                         "Split groups as rows of common tables, or as tables of their own");
+                         "Help --split-layout ...");
   app.add_flag_callback(
       "--case-by-case",
       [&arguments] { arguments.request.delivery = embedded::CaseDelivery::CaseByCase; },
-      "Read every case by itself");
+      "Help --case-by-case ...");
   auto* dumps =
-      app.add_option("--diagnostics", arguments.diagnostics.flags, "Diagnostic dumps to write")
+      app.add_option("--diagnostics", arguments.diagnostics.flags, "Help --diagnostics ...")
           ->delimiter(',')
           ->allow_extra_args(false)
           ->type_name("FLAG,...");
-  app.add_option("--diagnostics-file", arguments.diagnostics.path, "Where the dumps go")
+  app.add_option("--diagnostics-file", arguments.diagnostics.path, "Help --diagnostics-file ...")
       ->needs(dumps)
       ->type_name("FILE");
   addBootstrap(app, arguments.bootstrap);
@@ -155,15 +179,38 @@ void addRun(CLI::App& app, Arguments& arguments) {
 
 void addCounts(CLI::App& app, Arguments& arguments) {
   CountsOptions& counts = arguments.counts;
-  auto* groups = app.add_option("COUNTS", counts.proportions,
-                                "SUCCESSES/TRIALS of one sample, or of two groups");
-  app.add_option("--paired", counts.paired, "Counts of pairs: BOTH,FIRST,SECOND,NEITHER")
-      ->excludes(groups);
-  app.add_option("--test-value", counts.testValue, "The hypothesised proportion");
-  app.add_option("--level", counts.level, "Confidence level in percent");
-  app.add_option("--tests", counts.tests, "Tests, by keyword")->type_name("LIST");
-  app.add_option("--intervals", counts.intervals, "Intervals, by keyword")->type_name("LIST");
+  auto* groups = app.add_option("COUNTS", counts.proportions, "Help COUNTS ...");
+  app.add_option("--paired", counts.paired, "Help --paired ...")
+      ->excludes(groups)
+      ->type_name("B,F,S,N");
+  app.add_option("--test-value", counts.testValue, "Help --test-value ...")->type_name("P");
+  app.add_option("--level", counts.level, "Help --level ...")->type_name("L");
+  app.add_option("--tests", counts.tests, "Help --tests ...")->type_name("LIST");
+  app.add_option("--intervals", counts.intervals, "Help --intervals ...")->type_name("LIST");
   addOutput(app, arguments.output);
+}
+
+// The subcommand that the user asked for, with the program's name; the latter alone before one.
+std::string nameOfUse(const CLI::App& app) {
+  const auto chosen = app.get_subcommands();
+  return app.get_name() + (chosen.empty() ? "" : " " + chosen.front()->get_name());
+}
+
+// Says what stopped the reading of the command line: help, the version, or a mistake.
+// Returns the exit status.
+int answer(const CLI::App& app, const CLI::ParseError& stop,
+           const embedded::output::Sentences& sentences) {
+  if (stop.get_exit_code() == 0) {
+    OutputFile output("");
+    app.exit(stop, output.stream());
+    output.commit();
+    return 0;
+  }
+  render::Context context;
+  context.sentences = &sentences;
+  std::cerr << errorLine(wrongUsage(stop), sentences)
+            << render::phrase(context, "Usage see ^1 ...", {nameOfUse(app) + " --help"}) << '\n';
+  return embedded::exitStatus(ErrorKind::Usage);
 }
 
 std::string readFile(const std::string& path) {
@@ -202,29 +249,34 @@ void complete(Arguments& arguments) {
 
 }  // namespace
 
-std::optional<Arguments> readArguments(int argc, char** argv, int& exit) {
+std::optional<Arguments> readArguments(int argc, char** argv,
+                                       const embedded::output::Sentences& sentences, int& exit) {
   Arguments arguments;
   arguments.output.invocation = invocationOf(argc, argv);
-  CLI::App app("Inference on binomial proportions.", "proportions");
-  app.set_version_flag("--version", "proportions " PROPORTIONS_VERSION);
-  app.add_option("--module", arguments.module, "Description file of the procedure module")
-      ->type_name("FILE");
+  CLI::App app("Help proportions ...", "proportions");
+  app.formatter(std::make_shared<Help>(sentences, lineWidth()));
+  app.set_help_flag("-h,--help", "Help --help ...");
+  app.set_version_flag("--version", "proportions " PROPORTIONS_VERSION, "Help --version ...");
+  addLanguage(app, arguments.output);
+  app.add_option("--module", arguments.module, "Help --module ...")->type_name("FILE");
   app.require_subcommand(1);
 
   const std::pair<CLI::App*, Arguments::Action> actions[] = {
-      {app.add_subcommand("run", "Analyse data"), Arguments::Action::Run},
-      {app.add_subcommand("counts", "Analyse counts"), Arguments::Action::Counts},
-      {app.add_subcommand("describe", "Print the dictionary of data"), Arguments::Action::Describe},
-      {app.add_subcommand("methods", "List the methods"), Arguments::Action::Methods}};
+      {app.add_subcommand("run", "Help run ..."), Arguments::Action::Run},
+      {app.add_subcommand("counts", "Help counts ..."), Arguments::Action::Counts},
+      {app.add_subcommand("describe", "Help describe ..."), Arguments::Action::Describe},
+      {app.add_subcommand("methods", "Help methods ..."), Arguments::Action::Methods}};
   addRun(*actions[0].first, arguments);
   addCounts(*actions[1].first, arguments);
   addData(*actions[2].first, arguments);
-  actions[3].first->add_option("KEYWORD", arguments.keyword, "Only methods of this keyword");
+  addLanguage(*actions[2].first, arguments.output);
+  addLanguage(*actions[3].first, arguments.output);
+  actions[3].first->add_option("KEYWORD", arguments.keyword, "Help KEYWORD ...");
 
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& problem) {
-    exit = app.exit(problem) == 0 ? 0 : wrongUsage;
+    exit = answer(app, problem, sentences);
     return std::nullopt;
   }
   for (const auto& [subcommand, action] : actions) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "embedded/output/Values.h"
 #include "embedded/session/Run.h"
 
 namespace cli {
@@ -61,7 +62,9 @@ struct Arguments {
 };
 
 // Reads the command line. Sets `exit` and returns nothing when the program has nothing more to do:
-// help, the version, or wrong usage (status 2), all already written.
-std::optional<Arguments> readArguments(int argc, char** argv, int& exit);
+// help, the version, or wrong usage (status 2), all already written in the language of the
+// sentences.
+std::optional<Arguments> readArguments(int argc, char** argv,
+                                       const embedded::output::Sentences& sentences, int& exit);
 
 }  // namespace cli

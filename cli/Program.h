@@ -10,7 +10,7 @@ namespace cli {
 int runData(const Arguments& arguments, const embedded::output::Sentences& sentences);
 int runCounts(const Arguments& arguments, const embedded::output::Sentences& sentences);
 int describeData(const Arguments& arguments);
-int listMethods(const Arguments& arguments);
+int listMethods(const Arguments& arguments, const embedded::output::Sentences& sentences);
 
 // Runs the request and writes its document.
 int runAndWrite(embedded::Request request, const Arguments& arguments,

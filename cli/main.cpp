@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "Arguments.h"
+#include "ErrorText.h"
 #include "Program.h"
 #include "embedded/errors/Error.h"
 #include "embedded/messages/Catalogue.h"
@@ -68,20 +69,13 @@ int act(const cli::Arguments& arguments, const Catalogue& sentences) {
     case cli::Arguments::Action::Describe:
       return cli::describeData(arguments);
     case cli::Arguments::Action::Methods:
-      return cli::listMethods(arguments);
+      return cli::listMethods(arguments, sentences);
   }
   return 0;
 }
 
-// An argument that is an identifier itself, such as the reason of a failure, is told by its
-// sentence.
 int report(const Error& error, const Catalogue& sentences) {
-  std::vector<embedded::output::TextPtr> texts;
-  for (const std::string& argument : error.arguments()) {
-    texts.push_back(embedded::output::Text::string(argument, argument.ends_with(" ...")));
-  }
-  const auto text = embedded::output::Text::composite(error.identifier(), std::move(texts));
-  std::cerr << "proportions: " << embedded::output::readerText(*text, sentences) << '\n';
+  std::cerr << cli::errorLine(error, sentences);
   return embedded::exitStatus(error.kind());
 }
 
@@ -97,7 +91,7 @@ int main(int argc, char** argv) {
   const Catalogue& sentences = Catalogue::forLanguage(language);
   try {
     int exit = 0;
-    const auto arguments = cli::readArguments(argc, argv, exit);
+    const auto arguments = cli::readArguments(argc, argv, sentences, exit);
     if (!arguments) {
       return exit;
     }

@@ -11,27 +11,13 @@ _proportions() {
   case $command in
     run)
       case $before in
-        --schema) mapfile -t COMPREPLY < <(compgen -f -- "$word"); return ;;
-        --weight) COMPREPLY=(); return ;;
-        --split) COMPREPLY=(); return ;;
-        --locale) COMPREPLY=(); return ;;
-        --threads) COMPREPLY=(); return ;;
-        --timeout) COMPREPLY=(); return ;;
-        --memory) COMPREPLY=(); return ;;
-        -c|--command) COMPREPLY=(); return ;;
-        -f|--file) mapfile -t COMPREPLY < <(compgen -f -- "$word"); return ;;
+        --schema|-f|--file|--diagnostics-file|-o|--output) mapfile -t COMPREPLY < <(compgen -f -- "$word"); return ;;
+        --weight|--split|--locale|--threads|--timeout|--memory|-c|--command|--diagnostics|--bootstrap|--seed|--bootstrap-level|--imputation) COMPREPLY=(); return ;;
         --split-layout) mapfile -t COMPREPLY < <(compgen -W "rows tables" -- "$word"); return ;;
-        --diagnostics) COMPREPLY=(); return ;;
-        --diagnostics-file) mapfile -t COMPREPLY < <(compgen -f -- "$word"); return ;;
-        --bootstrap) COMPREPLY=(); return ;;
-        --seed) COMPREPLY=(); return ;;
         --bootstrap-interval) mapfile -t COMPREPLY < <(compgen -W "percentile bca" -- "$word"); return ;;
-        --bootstrap-level) COMPREPLY=(); return ;;
-        --imputation) COMPREPLY=(); return ;;
         --pooling-df) mapfile -t COMPREPLY < <(compgen -W "barnard-rubin rubin" -- "$word"); return ;;
         --format) mapfile -t COMPREPLY < <(compgen -W "text json csv html markdown latex xlsx" -- "$word"); return ;;
-        -o|--output) mapfile -t COMPREPLY < <(compgen -f -- "$word"); return ;;
-        --language) mapfile -t COMPREPLY < <(compgen -W "de en es fr ja zh-CN" -- "$word"); return ;;
+        --language) mapfile -t COMPREPLY < <(compgen -W "en de es fr ja zh-CN" -- "$word"); return ;;
         --color) mapfile -t COMPREPLY < <(compgen -W "auto always never" -- "$word"); return ;;
       esac
       case $word in
@@ -40,14 +26,12 @@ _proportions() {
       esac ;;
     counts)
       case $before in
-        --paired) COMPREPLY=(); return ;;
-        --test-value) COMPREPLY=(); return ;;
-        --level) COMPREPLY=(); return ;;
+        --paired|--test-value|--level) COMPREPLY=(); return ;;
         --tests) mapfile -t COMPREPLY < <(compgen -W "EXACT HAUCK_ANDERSON MCNEMAR MCNEMARCC MIDP SCORE SCORECC WALD WALDCC WALDH0 WALDH0CC ALL NONE" -- "$word"); return ;;
         --intervals) mapfile -t COMPREPLY < <(compgen -W "AGRESTI_CAFFO AGRESTI_COULL AGRESTI_MIN ANSCOMBE BONETT_PRICE BROWN_LI_JEFFREYS CLOPPER_PEARSON HAUCK_ANDERSON JEFFREYS LOGIT NEWCOMBE NEWCOMBECC WALD WALDCC WILSON_SCORE WILSON_SCORECC ALL NONE" -- "$word"); return ;;
         --format) mapfile -t COMPREPLY < <(compgen -W "text json csv html markdown latex xlsx" -- "$word"); return ;;
         -o|--output) mapfile -t COMPREPLY < <(compgen -f -- "$word"); return ;;
-        --language) mapfile -t COMPREPLY < <(compgen -W "de en es fr ja zh-CN" -- "$word"); return ;;
+        --language) mapfile -t COMPREPLY < <(compgen -W "en de es fr ja zh-CN" -- "$word"); return ;;
         --color) mapfile -t COMPREPLY < <(compgen -W "auto always never" -- "$word"); return ;;
       esac
       case $word in
@@ -57,23 +41,22 @@ _proportions() {
     describe)
       case $before in
         --schema) mapfile -t COMPREPLY < <(compgen -f -- "$word"); return ;;
-        --weight) COMPREPLY=(); return ;;
-        --split) COMPREPLY=(); return ;;
-        --locale) COMPREPLY=(); return ;;
-        --threads) COMPREPLY=(); return ;;
-        --timeout) COMPREPLY=(); return ;;
-        --memory) COMPREPLY=(); return ;;
+        --weight|--split|--locale|--threads|--timeout|--memory) COMPREPLY=(); return ;;
+        --language) mapfile -t COMPREPLY < <(compgen -W "en de es fr ja zh-CN" -- "$word"); return ;;
       esac
       case $word in
-        -*) mapfile -t COMPREPLY < <(compgen -W "-h --help --schema --weight --split --locale --threads --timeout --memory" -- "$word") ;;
+        -*) mapfile -t COMPREPLY < <(compgen -W "-h --help --schema --weight --split --locale --threads --timeout --memory --language" -- "$word") ;;
         *) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
       esac ;;
     methods)
+      case $before in
+        --language) mapfile -t COMPREPLY < <(compgen -W "en de es fr ja zh-CN" -- "$word"); return ;;
+      esac
       case $word in
-        -*) mapfile -t COMPREPLY < <(compgen -W "-h --help" -- "$word") ;;
+        -*) mapfile -t COMPREPLY < <(compgen -W "-h --help --language" -- "$word") ;;
         *) mapfile -t COMPREPLY < <(compgen -W "AGRESTI_CAFFO AGRESTI_COULL AGRESTI_MIN ANSCOMBE BONETT_PRICE BROWN_LI_JEFFREYS CLOPPER_PEARSON EXACT HAUCK_ANDERSON JEFFREYS LOGIT MCNEMAR MCNEMARCC MIDP NEWCOMBE NEWCOMBECC SCORE SCORECC WALD WALDCC WALDH0 WALDH0CC WILSON_SCORE WILSON_SCORECC" -- "$word") ;;
       esac ;;
-    *) mapfile -t COMPREPLY < <(compgen -W 'run counts describe methods -h --help --version --module' -- "$word") ;;
+    *) mapfile -t COMPREPLY < <(compgen -W 'run counts describe methods -h --help --version --language --module' -- "$word") ;;
   esac
 }
 complete -o filenames -F _proportions proportions

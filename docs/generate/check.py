@@ -30,7 +30,7 @@ def main(pages, program, root):
     with tempfile.TemporaryDirectory() as folder:
         copy = pathlib.Path(folder)
         skip = shutil.ignore_patterns("__pycache__")
-        for part in ("docs", "completion", "embedded/messages/po"):
+        for part in ("docs", "completion"):
             shutil.copytree(root / part, copy / part, ignore=skip)
         subprocess.run([pages, copy / "docs/methods"], check=True)
         subprocess.run([sys.executable, here / "options.py", program, copy], check=True)

@@ -4,6 +4,7 @@ says, so that they all come from one table of options.
     options.py PROGRAM ROOT     writes ROOT/completion/* and the marked part of ROOT/docs/proportions.1
 """
 
+import os
 import pathlib
 import re
 import subprocess
@@ -13,23 +14,24 @@ FILES = {"FILE", "DATA"}
 BEGIN, END = '.\\" made by script/docs\n', '.\\" end\n'
 
 
+OPTION = re.compile(r"(?:(-\w), )?(--[\w-]+)(?: (\S+))?(?:  +(.*))?$")
+LIMITS = re.compile(r" \(([^()]*)\)$")
+
+
 class Option:
     """One option: its names, what its value is called, the values it can have, what it says."""
 
-    def __init__(self, spelling, text):
-        names, _, value = spelling.partition(" ")
-        self.names = names.split(",")
-        self.text = text
-        value = re.sub(r" (Excludes|Needs): \S+", "", value)
-        value = value.removesuffix(" ...").strip()
-        listed = re.search(r":\{([^}]*)\}", value)
-        self.value = re.split(r"[:\s]", value)[0] if value else ""
-        self.choices = listed.group(1).split(",") if listed else []
-        if "|" in self.value:
-            self.choices = self.value.split("|")
-        self.value = {"INT": "N", "FLOAT": "NUMBER"}.get(self.value, self.value)
-        if self.value == "TEXT" and "--file" in self.names:
-            self.value = "FILE"
+    def __init__(self, line):
+        letter, name, value, text = OPTION.match(line).groups()
+        self.names = [letter, name] if letter else [name]
+        self.value, self.text = value or "", text
+        self.choices = self.value.split("|") if "|" in self.value else []
+        limits = LIMITS.search(text)
+        first = limits.group(1).split("; ")[0] if limits else ""
+        if re.fullmatch(r"[\w-]+(, [\w-]+)+", first):
+            self.choices = first.split(", ")
+            rest = limits.group(1)[len(first) :].removeprefix("; ")
+            self.text = text[: limits.start()] + (f" ({rest})" if rest else "")
 
 
 class Command:
@@ -40,7 +42,9 @@ class Command:
 
 
 def answer(program, *words):
-    return subprocess.run([program, *words], check=True, capture_output=True, text=True).stdout
+    return subprocess.run(
+        [program, *words], check=True, capture_output=True, text=True, env={**os.environ, "COLUMNS": "100"}
+    ).stdout
 
 
 def section(text, title):
@@ -49,32 +53,24 @@ def section(text, title):
     lines = []
     for line in found.group(1).splitlines() if found else []:
         if line.startswith(" " * 20) and lines:
-            lines[-1] += "  " + line.strip()
+            joint = " " if re.search(r"\S  +\S", lines[-1]) else "  "
+            lines[-1] += joint + line.strip()
         else:
             lines.append(line.strip())
     return lines
 
 
-def split(line):
-    """What stands left and right of a line of help: a name and its text."""
-    left, _, right = line.partition("  ")
-    if not right:
-        found = re.match(r"(.*Needs: --\S+) (.*)", line)
-        left, right = found.groups() if found else (line, "")
-    return left.strip(), right.strip()
-
-
 def options_of(text):
-    return [Option(*split(line)) for line in section(text, "Options")]
+    return [Option(line) for line in section(text, "Options")]
 
 
 def read(program):
     top = answer(program, "--help")
     commands = []
     for line in section(top, "Subcommands"):
-        name, text = split(line)
+        name, text = re.split("  +", line)
         own = answer(program, name, "--help")
-        positional = [split(line)[0].split()[0] for line in section(own, "Positionals")]
+        positional = [line.split()[0] for line in section(own, "Arguments")]
         commands.append(Command(name, text, positional, options_of(own)))
     return options_of(top), commands
 
@@ -85,16 +81,11 @@ def keywords(program):
     return [sorted({word for word, kind in listed if kind == one}) for one in ("test", "interval")]
 
 
-def add_choices(program, root, commands):
-    """Values that the help does not list: languages and methods."""
-    languages = sorted(
-        path.stem.replace("_", "-") for path in (root / "embedded/messages/po").glob("*.po")
-    )
+def add_choices(program, commands):
+    """Values that the help does not list: methods. Returns the keywords of all of them."""
     tests, intervals = keywords(program)
     for command in commands:
         for option in command.options:
-            if "--language" in option.names:
-                option.choices = languages
             if "--tests" in option.names:
                 option.choices = tests + ["ALL", "NONE"]
             if "--intervals" in option.names:
@@ -107,7 +98,7 @@ def bash(top, commands, methods):
         return f'mapfile -t COMPREPLY < <(compgen {what} -- "$word")'
 
     def cases(command):
-        lines = []
+        names = {}  # by what follows them
         for option in command.options:
             if option.choices:
                 action = reply(f'-W "{" ".join(option.choices)}"')
@@ -117,8 +108,10 @@ def bash(top, commands, methods):
                 action = "COMPREPLY=()"
             else:
                 continue
-            lines.append(f"        {'|'.join(option.names)}) {action}; return ;;")
-        return "\n".join(lines)
+            names.setdefault(action, []).extend(option.names)
+        return "\n".join(
+            f"        {'|'.join(words)}) {action}; return ;;" for action, words in names.items()
+        )
 
     def names(options):
         return " ".join(name for option in options for name in option.names)
@@ -258,7 +251,7 @@ def manual(top, commands):
 
 def main(program, root):
     top, commands = read(program)
-    methods = add_choices(program, root, commands)
+    methods = add_choices(program, commands)
     folder = root / "completion"
     folder.mkdir(exist_ok=True)
     (folder / "proportions.bash").write_text(bash(top, commands, methods))

@@ -64,12 +64,32 @@ TEST_F(Output, ThatCannotBeWrittenIsSaid) {
 }
 
 TEST_F(Output, ThatNobodyReadsIsSaid) {
-  for (const char* format : {"text", "json", "csv"}) {
+  for (const char* format : {"text", "json", "csv", "html", "markdown", "latex", "xlsx"}) {
     Call closed = call({"--format", format});
     closed.closedOutput = true;
     const Outcome outcome = run(closed);
     EXPECT_EQ(outcome.status, 4) << format;
-    EXPECT_NE(outcome.err, "");
+    EXPECT_NE(outcome.err.find("standard output cannot be written: Broken pipe"), std::string::npos)
+        << format << ": " << outcome.err;
+  }
+}
+
+TEST_F(Output, OfListsAndHelpThatNobodyReadsIsSaid) {
+  const std::vector<std::string> uses[] = {
+      {"methods"}, {"describe", "data.csv"}, {"--help"}, {"run", "--help"}, {"--version"}};
+  for (const auto& words : uses) {
+    const Outcome outcome =
+        run({.arguments = words, .folder = folder_.path(), .input = {}, .closedOutput = true});
+    EXPECT_EQ(outcome.status, 4) << words.front();
+    EXPECT_NE(outcome.err.find("Broken pipe"), std::string::npos) << outcome.err;
+  }
+}
+
+TEST_F(Output, ThatTheDiskDoesNotHoldIsSaidWithTheReason) {
+  for (const char* format : {"text", "json", "html", "xlsx"}) {
+    const Outcome outcome = run(call({"--format", format, "-o", "/dev/full"}));
+    EXPECT_EQ(outcome.status, 4) << format;
+    EXPECT_NE(outcome.err.find("No space left on device"), std::string::npos) << outcome.err;
   }
 }
 

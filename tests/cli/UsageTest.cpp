@@ -1,7 +1,10 @@
 // The command line itself: help, version, methods, the dictionary, and wrong usage.
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "Program.h"
+#include "render/Columns.h"
 
 namespace cli_tests {
 namespace {
@@ -31,6 +34,35 @@ TEST(Usage, TellsVersionAndHelp) {
   for (const char* word : {"--weight", "--split", "--split-layout", "--format", "--schema",
                            "--case-by-case", "--threads", "--quiet"}) {
     EXPECT_NE(ofRun.out.find(word), std::string::npos) << word;
+  }
+}
+
+// As wide as a terminal: descriptions begin in one column, and no line is longer.
+TEST(Usage, HelpKeepsItsColumns) {
+  for (const char* tag : {"en", "de", "ja"}) {
+    std::istringstream lines(run({"run", "--help", "--language", tag}).out);
+    std::size_t options = 0;
+    for (std::string line; std::getline(lines, line);) {
+      EXPECT_LE(render::columnsOf(line), 100U) << line;
+      const bool named = line.starts_with("      --") || line.starts_with("  -");
+      if (named && line.find("  ", 8) != std::string::npos) {
+        EXPECT_EQ(
+            render::columnsOf(line.substr(0, line.find_first_not_of(' ', line.find("  ", 8)))), 30U)
+            << line;
+      }
+      options += named ? 1 : 0;
+    }
+    EXPECT_GE(options, 25U) << tag;
+  }
+}
+
+TEST(Usage, HelpTellsWhatAnOptionTakes) {
+  const std::string help = run({"run", "--help"}).out;
+  for (const char* part :
+       {"-o, --output FILE", "--threads N ", "(1 to 1024)", "(text, json, csv, html, markdown, ",
+        "(only with --bootstrap)", "(not with --command)", "Usage: proportions run [OPTIONS] DATA",
+        "--split-layout rows|tables"}) {
+    EXPECT_NE(help.find(part), std::string::npos) << part << "\n" << help;
   }
 }
 

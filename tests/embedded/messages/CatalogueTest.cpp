@@ -12,7 +12,8 @@
 #include <vector>
 
 #include "embedded/command/CommandMessages.h"
-#include "embedded/data/DataMessages.h"
+#include "embedded/data/EngineMessages.h"
+#include "embedded/data/ImputationMessages.h"
 #include "embedded/messages/Catalogue.h"
 #include "embedded/output/Template.h"
 #include "embedded/output/Values.h"
@@ -186,7 +187,13 @@ TEST(Catalogue, HoldsWhatInterfaceOperationsStandFor) {
   }
 }
 
-TEST(Catalogue, HoldsTheLabelOfEveryMethod) {
+// Whether there is more in a formula than signs and the names of functions.
+bool hasWords(std::string_view formula) {
+  static const std::regex word(R"(\b(?!sqrt\b)[a-z]{4,}\b)");
+  return std::regex_search(formula.begin(), formula.end(), word);
+}
+
+TEST(Catalogue, HoldsWhatThereIsToSayOfEveryMethod) {
   using statistics::Design;
   using statistics::MethodKind;
   for (const Design design : {Design::OneSample, Design::Paired, Design::Independent}) {
@@ -194,18 +201,23 @@ TEST(Catalogue, HoldsTheLabelOfEveryMethod) {
       for (const auto& method : statistics::methodsOf(design, kind)) {
         EXPECT_TRUE(knows(method.label)) << method.label;
         EXPECT_TRUE(method.variant.empty() || knows(method.variant)) << method.variant;
+        EXPECT_TRUE(method.canFail.empty() || knows(method.canFail)) << method.canFail;
+        EXPECT_TRUE(knows(method.formula) || !hasWords(method.formula)) << method.formula;
       }
     }
   }
 }
 
-TEST(Catalogue, HoldsTheHostsOwnSentencesOfCommandsAndData) {
-  for (const auto& message : command::messages::all) {
-    EXPECT_EQ(english().sentence(message.id), message.english);
-  }
-  for (const auto& message : data::messages::all) {
-    EXPECT_EQ(english().sentence(message.id), message.english);
-  }
+TEST(Catalogue, HoldsTheHostsOwnMessagesOfCommandsAndData) {
+  const auto expectKnown = [](const auto& messages) {
+    for (const auto& message : messages) {
+      EXPECT_TRUE(knows(message.id)) << message.id;
+    }
+  };
+  expectKnown(command::messages::all);
+  expectKnown(data::messages::all);
+  expectKnown(data::messages::ofEngines);
+  expectKnown(data::messages::ofImputations);
 }
 
 // The arguments of an identifier are those that it names; operations of the interface that are no
