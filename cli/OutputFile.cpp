@@ -60,6 +60,11 @@ void OutputFile::check() {
   errno = 0;
   stream().flush();
   if (!stream()) {
+    // An earlier write may have failed, whose reason is gone: what stops one more is the same.
+    if (errno == 0) {
+      stream().clear();
+      stream().put('\n').flush();
+    }
     fail(path_);
   }
 }

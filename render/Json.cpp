@@ -49,6 +49,10 @@ Json dataOf(const Document& document, const Context& context) {
     }
     json["cases_by_split"] = std::move(groups);
   }
+  json["reading"] = data.reading == nullptr
+                        ? Json(nullptr)
+                        : Json{{"as", data.asPatterns ? "patterns" : "cases"},
+                               {"reason", jsonLabel(*data.reading, *context.sentences)}};
   return json;
 }
 

@@ -84,6 +84,20 @@ void splitHost(std::string_view text, ServerAddress& server) {
     badServerAddress(server.scheme);
 }
 
+// NAME=VALUE, joined by "&", with names that the engine allows.
+void splitParameters(std::string_view text, const ServerEngine& engine, ServerAddress& server) {
+  while (!text.empty()) {
+    const std::string_view one = text.substr(0, text.find('&'));
+    text.remove_prefix(std::min(one.size() + 1, text.size()));
+    const std::size_t equals = one.find('=');
+    const std::string name(one.substr(0, equals));
+    const std::string value = equals == one.npos ? "" : decoded(one.substr(equals + 1));
+    if (name.empty() || value.empty() || engine.parameters.find(" " + name + " ") == one.npos)
+      badServerAddress(engine.scheme);
+    server.parameters.emplace_back(name, value);
+  }
+}
+
 ServerAddress serverAddress(const std::string& text, const ServerEngine& engine) {
   const std::size_t begin = text.find("://") + 3;
   const std::size_t at = text.rfind('@');
@@ -93,7 +107,13 @@ ServerAddress serverAddress(const std::string& text, const ServerEngine& engine)
   ServerAddress server;
   server.scheme = engine.scheme;
   server.port = engine.port;
+  server.secure = engine.secure;
   std::string_view rest = std::string_view(text).substr(begin);
+  if (const std::size_t mark = rest.find('?'); mark != rest.npos) {
+    if (mark + 1 == rest.size()) badServerAddress(engine.scheme);
+    splitParameters(rest.substr(mark + 1), engine, server);
+    rest = rest.substr(0, mark);
+  }
   const std::size_t first = rest.find('/');
   const std::size_t second = first == rest.npos ? rest.npos : rest.find('/', first + 1);
   if (second == rest.npos || rest.find_first_of("?#") != rest.npos ||

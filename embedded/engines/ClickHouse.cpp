@@ -164,6 +164,7 @@ class ClickHouseResult final : public data::SqlResult {
       ServerOptions options = door_.options;
       options.timeout = 1.0;
       options.cancelled = nullptr;
+      options.progress = nullptr;
       HttpAnswer answer(door_.request("", "KILL QUERY WHERE query_id = '" + name_ + "' ASYNC"),
                         options);
       answer.status();
@@ -184,7 +185,8 @@ class ClickHouse final : public data::SqlServer {
   ClickHouse(const ServerAddress& address, const ServerOptions& options) {
     const bool isIpv6 = address.host.find(':') != std::string::npos;
     const std::string host = isIpv6 ? "[" + address.host + "]" : address.host;
-    door_.url = "http://" + host + ":" + std::to_string(address.port) + "/?";
+    door_.url = (address.secure ? "https://" : "http://") + host + ":" +
+                std::to_string(address.port) + "/?";
     door_.user = address.user.empty() ? "default" : address.user;
     const char* password = std::getenv(passwordVariable);
     door_.password = password == nullptr ? "" : password;
@@ -236,6 +238,9 @@ class ClickHouse final : public data::SqlServer {
       if (!isSame && !(mayOnlyRead && isLuxury))
         settings_ += "&" + name + "=" + escaped(setting.value);
     }
+    // Told only to those who watch: each report is a line in the head of an answer.
+    if (door_.options.progress && !mayOnlyRead)
+      settings_ += "&send_progress_in_http_headers=1&http_headers_progress_interval_ms=1000";
   }
 
   void readColumns(const std::string& database, const std::string& table) {

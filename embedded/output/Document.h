@@ -129,6 +129,8 @@ struct DataInfo {
   std::optional<std::uint64_t> seed;
   CaseCounts cases;
   std::vector<std::pair<Index, CaseCounts>> casesBySplit;
+  bool asPatterns = false;  // cases that agree in all that is needed were read as one
+  TextPtr reading;          // which way cases were read, and why; null when nothing was read
 };
 
 struct Document {
