@@ -61,7 +61,7 @@ void OutputFile::check() {
   stream().flush();
   if (!stream()) {
     // An earlier write may have failed, whose reason is gone: what stops one more is the same.
-    if (errno == 0) {
+    if (errno == 0 && !path_.empty()) {
       stream().clear();
       stream().put('\n').flush();
     }

@@ -86,15 +86,16 @@ void splitHost(std::string_view text, ServerAddress& server) {
 
 // NAME=VALUE, joined by "&", with names that the engine allows.
 void splitParameters(std::string_view text, const ServerEngine& engine, ServerAddress& server) {
-  while (!text.empty()) {
+  for (;;) {
     const std::string_view one = text.substr(0, text.find('&'));
-    text.remove_prefix(std::min(one.size() + 1, text.size()));
     const std::size_t equals = one.find('=');
     const std::string name(one.substr(0, equals));
     const std::string value = equals == one.npos ? "" : decoded(one.substr(equals + 1));
     if (name.empty() || value.empty() || engine.parameters.find(" " + name + " ") == one.npos)
       badServerAddress(engine.scheme);
     server.parameters.emplace_back(name, value);
+    if (one.size() == text.size()) return;
+    text.remove_prefix(one.size() + 1);
   }
 }
 
@@ -110,7 +111,6 @@ ServerAddress serverAddress(const std::string& text, const ServerEngine& engine)
   server.secure = engine.secure;
   std::string_view rest = std::string_view(text).substr(begin);
   if (const std::size_t mark = rest.find('?'); mark != rest.npos) {
-    if (mark + 1 == rest.size()) badServerAddress(engine.scheme);
     splitParameters(rest.substr(mark + 1), engine, server);
     rest = rest.substr(0, mark);
   }

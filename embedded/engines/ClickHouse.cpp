@@ -109,6 +109,19 @@ std::string randomName() {
   return name;
 }
 
+// A host becomes part of a URL, and a user is told from the password behind it by a colon: neither
+// may hold what would make it mean more.
+void requirePlain(const ServerAddress& address) {
+  const auto isPlain = [](unsigned char byte) {
+    return std::isalnum(byte) != 0 || byte >= 0x80 || byte == '.' || byte == '-' || byte == '_' ||
+           byte == ':' || byte == '%';
+  };
+  if (std::ranges::all_of(address.host, isPlain) && address.user.find(':') == std::string::npos)
+    return;
+  data::failUsage(messages::badServerAddress,
+                  {address.scheme + "://USER@HOST:PORT/DATABASE/TABLE"});
+}
+
 // Where requests go, and as whom.
 struct Door {
   std::string url;  // ends where parameters begin
@@ -183,6 +196,7 @@ class ClickHouseResult final : public data::SqlResult {
 class ClickHouse final : public data::SqlServer {
  public:
   ClickHouse(const ServerAddress& address, const ServerOptions& options) {
+    requirePlain(address);
     const bool isIpv6 = address.host.find(':') != std::string::npos;
     const std::string host = isIpv6 ? "[" + address.host + "]" : address.host;
     door_.url = (address.secure ? "https://" : "http://") + host + ":" +
