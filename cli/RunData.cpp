@@ -11,6 +11,7 @@
 
 #include "OutputFile.h"
 #include "Program.h"
+#include "ProgressLine.h"
 #include "Terminal.h"
 #include "embedded/errors/Error.h"
 #include "render/Binary.h"
@@ -186,10 +187,16 @@ int runAndWrite(embedded::Request request, const Arguments& arguments,
   }
   OutputFile output(arguments.output.path);
   PartWriter writer(format, context, output);
+  ProgressLine progress(sentences, !arguments.output.quiet && !diagnostics.wanted());
+  request.progress = progress.listener();
   if (format.part != nullptr) {
-    request.finishedGroups = [&writer](const Document& part) { writer.add(part); };
+    request.finishedGroups = [&](const Document& part) {
+      progress.clear();
+      writer.add(part);
+    };
   }
   const auto session = embedded::run(request, module);
+  progress.clear();
   const Document& document = session->document;
 
   // A document that holds its messages, and stands on the terminal, says them itself.

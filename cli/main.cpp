@@ -86,6 +86,7 @@ int main(int argc, char** argv) {
   std::signal(SIGINT, interrupt);
   std::signal(SIGTERM, interrupt);
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is an error of its write
   std::set_terminate(endAtOnce);
   const std::string_view language = languageOf({argv, static_cast<std::size_t>(argc)});
   const Catalogue& sentences = Catalogue::forLanguage(language);

@@ -117,6 +117,9 @@ std::vector<std::pair<std::string, std::string>> runFacts(const Document& docume
   }
   if (document.accepted) {
     addCases(document, context, facts);
+    if (data.reading != nullptr) {
+      facts.emplace_back(name("Reading"), readerText(*data.reading, *context.sentences));
+    }
   }
   facts.emplace_back(name("Program"), "proportions " + document.version);
   return facts;

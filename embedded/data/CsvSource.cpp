@@ -64,14 +64,16 @@ void CsvSource::sniff(Engine& engine, const std::vector<std::string>& nullTexts)
   }
 }
 
-// A column of the words true and false is boolean.
+// Columns of texts as far as the sniffer could tell: one of the words true and false is boolean,
+// and one that has no value at all, as in a file with nothing but a header, is one of missing
+// numbers.
 void CsvSource::findBooleans(Engine& engine) {
   std::string tests;
   for (const Column& column : columns_) {
     if (!isText(column.kind)) continue;
     const std::string name = duckDbDialect.identifier(column.name);
     tests += (tests.empty() ? "" : ", ") + ("coalesce(bool_and(lower(" + name) +
-             ") IN ('true', 'false')), false)";
+             ") IN ('true', 'false')), false), count(" + name + ")";
   }
   if (tests.empty()) return;
   const std::string from = table({}, true, "");
@@ -84,9 +86,27 @@ void CsvSource::findBooleans(Engine& engine) {
   }
   std::size_t at = 0;
   for (Column& column : columns_) {
-    if (!isText(column.kind) || answers[at++] != "true") continue;
-    column.typeName = "BOOLEAN";
-    column.kind = ColumnKind::Boolean;
+    if (!isText(column.kind)) continue;
+    const bool isBoolean = answers[at++] == "true";
+    if (answers[at++] == "0" && !hasValue(engine, column)) {
+      column.typeName = "NULL";
+      column.kind = ColumnKind::Real;
+    } else if (isBoolean) {
+      column.typeName = "BOOLEAN";
+      column.kind = ColumnKind::Boolean;
+    }
+  }
+}
+
+// Whether a column has a value anywhere; an empty text in quotes is one.
+bool CsvSource::hasValue(Engine& engine, const Column& column) const {
+  try {
+    return !engine
+                .rows("SELECT 1 FROM " + table({}, false, "") + " WHERE " +
+                      duckDbDialect.identifier(column.name) + " IS NOT NULL LIMIT 1")
+                .empty();
+  } catch (const EngineFailure& failure) {
+    explain(engine, failure, {});
   }
 }
 
@@ -131,6 +151,7 @@ std::string CsvSource::value(const ColumnRead& read, std::span<const ColumnRead>
 
 void CsvSource::explain(Engine& engine, const EngineFailure& failure,
                         std::span<const ColumnRead> reads) const {
+  explainLimit(failure, name_);
   std::vector<std::string> types(columns_.size(), "VARCHAR");
   for (const ColumnRead& read : reads)
     types[static_cast<std::size_t>(read.column)] = typeOf(read, reads);

@@ -25,6 +25,7 @@ class CsvSource final : public TableSource {
                     const std::string& more) const;
   void sniff(Engine& engine, const std::vector<std::string>& nullTexts);
   void findBooleans(Engine& engine);
+  bool hasValue(Engine& engine, const Column& column) const;
   void explainReject(const TextRow& reject) const;
 
   std::vector<std::string> files_;

@@ -84,6 +84,21 @@ void splitHost(std::string_view text, ServerAddress& server) {
     badServerAddress(server.scheme);
 }
 
+// NAME=VALUE, joined by "&", with names that the engine allows.
+void splitParameters(std::string_view text, const ServerEngine& engine, ServerAddress& server) {
+  for (;;) {
+    const std::string_view one = text.substr(0, text.find('&'));
+    const std::size_t equals = one.find('=');
+    const std::string name(one.substr(0, equals));
+    const std::string value = equals == one.npos ? "" : decoded(one.substr(equals + 1));
+    if (name.empty() || value.empty() || engine.parameters.find(" " + name + " ") == one.npos)
+      badServerAddress(engine.scheme);
+    server.parameters.emplace_back(name, value);
+    if (one.size() == text.size()) return;
+    text.remove_prefix(one.size() + 1);
+  }
+}
+
 ServerAddress serverAddress(const std::string& text, const ServerEngine& engine) {
   const std::size_t begin = text.find("://") + 3;
   const std::size_t at = text.rfind('@');
@@ -93,7 +108,12 @@ ServerAddress serverAddress(const std::string& text, const ServerEngine& engine)
   ServerAddress server;
   server.scheme = engine.scheme;
   server.port = engine.port;
+  server.secure = engine.secure;
   std::string_view rest = std::string_view(text).substr(begin);
+  if (const std::size_t mark = rest.find('?'); mark != rest.npos) {
+    splitParameters(rest.substr(mark + 1), engine, server);
+    rest = rest.substr(0, mark);
+  }
   const std::size_t first = rest.find('/');
   const std::size_t second = first == rest.npos ? rest.npos : rest.find('/', first + 1);
   if (second == rest.npos || rest.find_first_of("?#") != rest.npos ||

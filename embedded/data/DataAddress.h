@@ -3,21 +3,25 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace embedded::data {
 
 enum class FileKind { Csv, Tsv, Parquet, Json, DuckDb };
 
-// A table on a server: SCHEME://USER@HOST:PORT/DATABASE/TABLE, percent-encoded.
+// A table on a server: SCHEME://USER@HOST:PORT/DATABASE/TABLE, percent-encoded, and behind a "?"
+// those parameters of the connection that the engine allows, as NAME=VALUE&...
 struct ServerAddress {
   std::string scheme;
-  std::string user;  // empty when none is named
-  std::string host;  // without the brackets of an IPv6 address
+  bool secure = false;  // over TLS; by the scheme
+  std::string user;     // empty when none is named
+  std::string host;     // without the brackets of an IPv6 address
   int port = 0;
   std::string database;
   std::string schema;  // of SCHEMA.TABLE; a point that is part of a name is written %2E
   std::string table;
+  std::vector<std::pair<std::string, std::string>> parameters;
 };
 
 struct DataAddress {

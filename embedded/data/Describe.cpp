@@ -110,9 +110,30 @@ Json fieldOf(const Variable& variable) {
   return field;
 }
 
+Json readingOf(const Delivery& delivery) {
+  Json reading{{"as", delivery.asPatterns ? "patterns" : "cases"}};
+  switch (delivery.why) {
+    case Delivery::Why::Asked:
+      reading["because"] = "asked";
+      break;
+    case Delivery::Why::Sample:
+      reading["because"] = "sample";
+      reading["sampled"] = delivery.sampled;
+      break;
+    case Delivery::Why::ManyColumns:
+      reading["because"] = "columns";
+      break;
+    case Delivery::Why::ManyPatterns:
+      reading["because"] = "patterns";
+      break;
+  }
+  reading["columns"] = delivery.columns;
+  return reading;
+}
+
 }  // namespace
 
-std::string describe(const Dictionary& dictionary) {
+std::string describe(const Dictionary& dictionary, const Delivery* delivery) {
   Json schema{{"$schema", "https://datapackage.org/profiles/2.0/tableschema.json"}};
   schema["fields"] = Json::array();
   for (const Variable& variable : dictionary.variables)
@@ -123,6 +144,7 @@ std::string describe(const Dictionary& dictionary) {
   };
   if (dictionary.weight >= 0) schema["proportions:weight"] = nameOf(dictionary.weight);
   for (const int index : dictionary.splits) schema["proportions:split"].push_back(nameOf(index));
+  if (delivery != nullptr) schema["proportions:reading"] = readingOf(*delivery);
   return schema.dump(2) + "\n";
 }
 

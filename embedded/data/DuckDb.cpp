@@ -65,6 +65,19 @@ void setOption(duckdb_config config, const char* name, const std::string& value)
     throw EngineFailure(std::string("the setting ") + name + " was refused");
 }
 
+// Has the engine tell how far the queries of a connection have come, but print nothing of it.
+void watch(duckdb_connection connection) {
+  for (const char* setting : {"SET enable_progress_bar = true",
+                              "SET enable_progress_bar_print = false", "SET progress_bar_time = 0"})
+    duckdb_query(connection, setting, nullptr);
+}
+
+Progress progressOf(duckdb_connection connection) {
+  const duckdb_query_progress_type state = duckdb_query_progress(connection);
+  if (state.percentage < 0) return {};
+  return {state.rows_processed, state.total_rows_to_process};
+}
+
 void configure(duckdb_config config, const EngineOptions& options) {
   setOption(config, "autoinstall_known_extensions", "false");
   setOption(config, "autoload_known_extensions", "false");
@@ -104,10 +117,11 @@ struct Query::Handles {
 };
 
 Query::Query(duckdb_database database, const std::string& sql,
-             const std::vector<std::string>& blobs)
+             const std::vector<std::string>& blobs, const ProgressListener& progress)
     : handles_(std::make_unique<Handles>(database)) {
+  if (progress) watch(handles_->connection.value);
   prepare(sql, blobs);
-  start();
+  start(progress);
 }
 
 Query::~Query() = default;
@@ -121,7 +135,7 @@ void Query::prepare(const std::string& sql, const std::vector<std::string>& blob
 }
 
 // Runs the query task by task until its first chunk is there, looking at the user in between.
-void Query::start() {
+void Query::start(const ProgressListener& progress) {
   duckdb_pending_result& pending = handles_->pending;
   if (duckdb_pending_prepared_streaming(handles_->prepared, &pending) != DuckDBSuccess)
     throw EngineFailure(textOr(duckdb_pending_error(pending), "not started"));
@@ -133,6 +147,7 @@ void Query::start() {
       throw EngineFailure(textOr(duckdb_pending_error(pending), "failed"));
     }
     if (duckdb_pending_execution_is_finished(state)) break;
+    if (progress) progress(progressOf(handles_->connection.value));
     if (state == DUCKDB_PENDING_NO_TASKS_AVAILABLE)
       std::this_thread::sleep_for(std::chrono::microseconds(100));
   }
@@ -158,7 +173,7 @@ bool Query::next(Chunk& chunk) {
   return false;
 }
 
-Engine::Engine(const EngineOptions& options) {
+Engine::Engine(const EngineOptions& options) : progress_(options.progress) {
   duckdb_config config = nullptr;
   if (duckdb_create_config(&config) != DuckDBSuccess) throw std::bad_alloc();
   const std::unique_ptr<duckdb_config, void (*)(duckdb_config*)> owner(&config,
@@ -178,7 +193,7 @@ Engine::~Engine() {
 
 std::unique_ptr<Query> Engine::query(const std::string& sql,
                                      const std::vector<std::string>& blobs) {
-  return std::make_unique<Query>(database_, sql, blobs);
+  return std::make_unique<Query>(database_, sql, blobs, progress_);
 }
 
 void Engine::add(duckdb_aggregate_function function) {

@@ -12,12 +12,15 @@
 #include <utility>
 #include <vector>
 
+#include "Progress.h"
+
 namespace embedded::data {
 
 struct EngineOptions {
   int threads = 0;              // 0: as many as the machine has
   std::string memory;           // "512MB"; empty for the engine's own limit
   std::string temporaryFolder;  // where it may spill
+  ProgressListener progress = {};
 };
 
 // What the engine refused, in its own words; the relation turns it into an Error(Data).
@@ -54,7 +57,9 @@ class Chunk {
 // Error(Cancelled); what the engine refuses is an EngineFailure.
 class Query {
  public:
-  Query(duckdb_database database, const std::string& sql, const std::vector<std::string>& blobs);
+  // `progress` is told until the first chunk is there, and must outlive that.
+  Query(duckdb_database database, const std::string& sql, const std::vector<std::string>& blobs,
+        const ProgressListener& progress);
   ~Query();
   Query(const Query&) = delete;
   Query& operator=(const Query&) = delete;
@@ -67,7 +72,7 @@ class Query {
  private:
   struct Handles;
   void prepare(const std::string& sql, const std::vector<std::string>& blobs);
-  void start();
+  void start(const ProgressListener& progress);
   std::unique_ptr<Handles> handles_;
 };
 
@@ -93,6 +98,7 @@ class Engine {
 
  private:
   duckdb_database database_ = nullptr;
+  ProgressListener progress_;
   int names_ = 0;
 };
 

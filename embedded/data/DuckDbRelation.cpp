@@ -26,7 +26,8 @@ class DuckDbRelation final : public Relation {
  public:
   DuckDbRelation(DataAddress address, const RelationOptions& options)
       : address_(std::move(address)),
-        engine_({options.threads, options.memory, (folder_.path() / "spill").string()}) {
+        engine_({options.threads, options.memory, (folder_.path() / "spill").string(),
+                 options.progress}) {
     if (address_.standardInput) spool();
     identity_ = identityOf(address_.files);
     table_ = openTable(engine_, address_, options.nullTexts);
@@ -57,6 +58,7 @@ class DuckDbRelation final : public Relation {
       return work();
     } catch (const EngineFailure& failure) {
       requireUnchanged();
+      explainLimit(failure, source());
       table_->explain(engine_, failure, reads);
       throw;  // not reached: explaining throws
     }
@@ -351,6 +353,7 @@ std::unique_ptr<Relation> openDuckDb(const DataAddress& address, const RelationO
   try {
     return std::make_unique<DuckDbRelation>(address, options);
   } catch (const EngineFailure& failure) {
+    explainLimit(failure, address.text);
     fail(messages::engineFailure, {address.text, failure.brief()});
   }
 }

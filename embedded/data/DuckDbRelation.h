@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "DataAddress.h"
+#include "Progress.h"
 #include "Relation.h"
 
 namespace embedded::data {
@@ -14,6 +15,7 @@ struct RelationOptions {
   int threads = 0;                     // 0: as many as the machine has
   std::string memory;                  // "512MB"; empty for the engine's own limit
   std::vector<std::string> nullTexts;  // stand for missing values in every column
+  ProgressListener progress = {};
 };
 
 // Opens the data that an address names; standard input is spooled first. Everything temporary

@@ -1,5 +1,5 @@
-// What can be wrong with a server and its answers: identifiers with their English sentences, as
-// in DataMessages.h.
+// What can be wrong with an engine, or a server and its answers: identifiers with their English
+// sentences, as in DataMessages.h.
 #pragma once
 
 #include "DataMessages.h"
@@ -35,8 +35,22 @@ inline constexpr DataMessage tooManyToOrder{
     "The column ^2 of ^1 has more than ^3 different texts; the server can put so many into split "
     "order only by code points, as strings."};
 
+inline constexpr DataMessage notTrusted{
+    "Engine certificate refused ^1 ^2 ...",
+    "The server of ^1 could not prove that it is the one asked for: ^2. The certificates that are "
+    "trusted are those of the system, or of the file that CURL_CA_BUNDLE or SSL_CERT_FILE names."};
+inline constexpr DataMessage memoryTooSmall{
+    "Engine memory too small ^1 ^2 ...",
+    "Reading ^1 needs more memory than it may use: ^2. A larger --memory allows more; with fewer "
+    "--threads it needs less."};
+inline constexpr DataMessage noRoomToSpill{
+    "Engine no room to spill ^1 ^2 ^3 ...",
+    "Reading ^1 needs more room for temporary files than there is in ^2: ^3. TMPDIR names another "
+    "folder for them; a larger --memory needs less of it."};
+
 inline constexpr std::array ofEngines{
     badServerAddress, passwordInAddress, noEngineLibrary, noConnection, wrongPassword,
-    noServerTable,    serverSilent,      answerBroke,     textEncoding, tooManyToOrder};
+    noServerTable,    serverSilent,      answerBroke,     textEncoding, tooManyToOrder,
+    notTrusted,       memoryTooSmall,    noRoomToSpill};
 
 }  // namespace embedded::data::messages

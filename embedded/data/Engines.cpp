@@ -14,8 +14,9 @@ namespace embedded::data {
 namespace {
 
 constexpr std::array engines{
-    ServerEngine{"clickhouse", 8123, "CLICKHOUSE_PASSWORD"},
-    ServerEngine{"postgresql", 5432, "PGPASSWORD"},
+    ServerEngine{"clickhouse", "clickhouse", 8123, "CLICKHOUSE_PASSWORD"},
+    ServerEngine{"clickhouse+https", "clickhouse", 8443, "CLICKHOUSE_PASSWORD", true},
+    ServerEngine{"postgresql", "postgresql", 5432, "PGPASSWORD", false, " sslmode sslrootcert "},
 };
 
 // Beside the program as it is built and installed, else wherever the system looks.
@@ -37,7 +38,9 @@ const ServerEngine* findServerEngine(std::string_view scheme) {
 std::unique_ptr<SqlServer> connectServer(const ServerAddress& address,
                                          const ServerOptions& options) {
   // The library stays loaded: objects of its classes live as long as the data are read.
-  void* library = openLibrary("libproportions-" + address.scheme + ".so");
+  const ServerEngine* engine = findServerEngine(address.scheme);
+  const std::string name(engine == nullptr ? address.scheme : engine->library);
+  void* library = openLibrary("libproportions-" + name + ".so");
   void* connect = library == nullptr ? nullptr : dlsym(library, "connectServer");
   if (connect == nullptr) {
     const char* reason = dlerror();

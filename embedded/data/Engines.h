@@ -12,9 +12,12 @@
 namespace embedded::data {
 
 struct ServerEngine {
-  std::string_view scheme;            // of its addresses, and in the name of its library
+  std::string_view scheme;            // of its addresses
+  std::string_view library;           // in the name of its library
   int port = 0;                       // where an address names none
   std::string_view passwordVariable;  // of the environment
+  bool secure = false;                // whether its addresses ask for TLS
+  std::string_view parameters = {};   // that an address may set, between blanks
 };
 
 // The engine of a scheme; null when there is none.

@@ -15,6 +15,7 @@ std::vector<Column> described(Engine& engine, const std::string& from, const std
   try {
     return describeColumns(engine, from);
   } catch (const EngineFailure& failure) {
+    explainLimit(failure, name);
     fail(messages::unreadable, {name, failure.brief()});
   }
 }
@@ -54,6 +55,25 @@ JsonSource::JsonSource(Engine& engine, const DataAddress& address)
   columns_ = described(engine, "read_json(" + fileList(files_) + ")", name_);
   if (columns_.size() == 1 && columns_[0].name == "json")
     fail(messages::unreadable, {name_, "Reason no list of objects ..."});
+  findEmpty(engine);
+}
+
+// The engine calls a column without any value one of JSON values; it is one of missing numbers.
+void JsonSource::findEmpty(Engine& engine) {
+  std::string counts;
+  for (const Column& column : columns_)
+    if (column.typeName == "JSON")
+      counts +=
+          (counts.empty() ? "count(" : ", count(") + duckDbDialect.identifier(column.name) + ")";
+  if (counts.empty()) return;
+  const TextRow values =
+      engine.rows("SELECT " + counts + " FROM read_json(" + fileList(files_) + ")").at(0);
+  std::size_t at = 0;
+  for (Column& column : columns_) {
+    if (column.typeName != "JSON" || values[at++] != "0") continue;
+    column.typeName = "NULL";
+    column.kind = ColumnKind::Real;
+  }
 }
 
 std::string JsonSource::table(std::span<const ColumnRead> reads, bool texts) const {

@@ -9,7 +9,7 @@
 #include <cstring>
 #include <fstream>
 
-#include "DataMessages.h"
+#include "EngineMessages.h"
 #include "embedded/session/Session.h"
 
 namespace embedded::data {
@@ -47,6 +47,12 @@ std::string fingerprintOfFile(Engine& engine, const std::string& file) {
   return "sha256-sampled:" + hashOfBytes(engine, sample);
 }
 
+// What could not be written of standard input.
+[[noreturn]] void failSpooling(const std::filesystem::path& target) {
+  const std::string reason = errno == 0 ? "" : std::strerror(errno);
+  fail(messages::noRoomToSpill, {"-", target.parent_path().parent_path().string(), reason});
+}
+
 }  // namespace
 
 std::string identityOf(const std::vector<std::string>& files) {
@@ -81,9 +87,10 @@ bool spoolStandardInput(const std::filesystem::path& target) {
     if (got < 0) fail(messages::unreadable, {"-", std::strerror(errno)});
     if (got == 0) break;
     any = true;
-    if (!out.write(buffer.data(), got)) fail(messages::unreadable, {"-", std::strerror(errno)});
+    errno = 0;
+    if (!out.write(buffer.data(), got)) failSpooling(target);
   }
-  if (!out.flush()) fail(messages::unreadable, {"-", std::strerror(errno)});
+  if (!out.flush()) failSpooling(target);
   return any;
 }
 

@@ -18,8 +18,10 @@ Schema schemaFor(const DataOptions& options, const DataAddress& address) {
 
 std::unique_ptr<Relation> relationOf(const DataAddress& address, const DataOptions& options,
                                      const Schema& schema) {
-  if (address.server) return openServer(address.text, *address.server, options.timeout);
-  return openDuckDb(address, {options.threads, options.memory, nullTextsOf(schema)});
+  if (address.server)
+    return openServer(address.text, *address.server, options.timeout, options.progress);
+  return openDuckDb(address,
+                    {options.threads, options.memory, nullTextsOf(schema), options.progress});
 }
 
 output::DataInfo infoOf(Relation& relation, const Dictionary& dictionary) {
@@ -47,8 +49,8 @@ OpenedData openData(const DataOptions& options) {
     setImputation(plan.dictionary, *options.imputation, options.splits.has_value());
   OpenedData opened;
   opened.info = infoOf(*relation, plan.dictionary);
-  opened.cases = std::make_unique<RelationCases>(std::move(relation), plan.dictionary,
-                                                 std::move(plan.reads), options.cases);
+  opened.cases = std::make_unique<RelationCases>(
+      std::move(relation), plan.dictionary, std::move(plan.reads), options.cases, options.progress);
   std::vector<int> fixed = plan.dictionary.splits;
   if (plan.dictionary.weight >= 0) fixed.push_back(plan.dictionary.weight);
   opened.cases->measure(plan.dictionary, fixed);

@@ -23,6 +23,7 @@ struct DataOptions {
   int threads = 0;     // 0: as many as the machine has
   std::string memory;  // "512MB"; empty for the engine's own limit
   double timeout = 0;  // seconds that a server may keep silent; 0 for any time
+  ProgressListener progress = {};
 };
 
 struct OpenedData {

@@ -14,8 +14,6 @@ constexpr std::uint64_t longestString = 32767;
 // The sample that decides, and when it says that patterns are far fewer than rows.
 constexpr std::uint64_t sampledRows = 20000;
 constexpr std::uint64_t rowsAPattern = 4;
-// With more columns than this no two cases are alike, and the question alone would be dear.
-constexpr std::size_t mostColumns = 64;
 // More patterns than this are not kept at once unless they were asked for.
 constexpr std::size_t mostWords = std::size_t{1} << 23U;
 
@@ -29,6 +27,8 @@ class RelationCases::CountingStream final : public CaseStream {
 
   bool next(CaseBlock& block) override {
     const bool more = stream_->next(block);
+    rows_ += block.count;
+    if (more && cases_.progress_) cases_.progress_({rows_, 0});
     // The last block of all is an empty one that ends a group.
     if (!more || block.count == 0) cases_.keepNonFinite(stream_->scan().nonFinite());
     return more;
@@ -37,15 +37,18 @@ class RelationCases::CountingStream final : public CaseStream {
  private:
   RelationCases& cases_;
   std::unique_ptr<RowStream> stream_;
+  std::uint64_t rows_ = 0;
 };
 
 RelationCases::RelationCases(std::unique_ptr<Relation> relation, const Dictionary& dictionary,
-                             std::vector<ColumnRead> reads, CaseOptions options)
+                             std::vector<ColumnRead> reads, CaseOptions options,
+                             ProgressListener progress)
     : relation_(std::move(relation)),
       reads_(std::move(reads)),
       weight_(dictionary.weight),
       splits_(dictionary.splits),
-      options_(std::move(options)) {
+      options_(std::move(options)),
+      progress_(std::move(progress)) {
   for (const Variable& variable : dictionary.variables) names_.push_back(variable.name);
   layout_.offsetOfVariable.assign(reads_.size(), -1);
 }
@@ -84,7 +87,7 @@ void RelationCases::addColumn(int column) {
   request_.columns.push_back(reads_[index]);
 }
 
-void RelationCases::use(std::span<const int> columns) {
+void RelationCases::plan(std::span<const int> columns) {
   for (const int column : splits_) addColumn(column);
   splitWords_ = layout_.words;
   request_.orderBy = splits_.size();
@@ -102,15 +105,37 @@ void RelationCases::use(std::span<const int> columns) {
     }
     ++layout_.words;
   }
-  if (options_.mode == CaseMode::Patterns) readTable(std::numeric_limits<std::size_t>::max());
-  if (options_.mode == CaseMode::Auto && patternsPay())
-    readTable(mostWords / std::max<std::size_t>(layout_.words, 1));
+  delivery_.columns = request_.columns.size();
+  decide();
 }
 
-bool RelationCases::patternsPay() {
-  if (request_.columns.size() > mostColumns) return false;
+void RelationCases::use(std::span<const int> columns) {
+  plan(columns);
+  if (!delivery_.asPatterns) return;
+  const bool isAsked = delivery_.why == Delivery::Why::Asked;
+  readTable(isAsked ? std::numeric_limits<std::size_t>::max()
+                    : mostWords / std::max<std::size_t>(layout_.words, 1));
+  delivery_.asPatterns = patterns_ != nullptr;
+  if (patterns_ == nullptr)
+    delivery_.why = Delivery::Why::ManyPatterns;
+  else
+    delivery_.patterns = patterns_->size();
+}
+
+// With very many columns no two cases are alike, and the question alone would be dear.
+void RelationCases::decide() {
+  if (options_.mode != CaseMode::Auto) {
+    delivery_.asPatterns = options_.mode == CaseMode::Patterns;
+    return;
+  }
+  if (delivery_.columns > Delivery::mostColumns) {
+    delivery_.why = Delivery::Why::ManyColumns;
+    return;
+  }
   const Relation::Sample sample = relation_->sample(request_, sampledRows);
-  return sample.patterns * rowsAPattern <= sample.rows;
+  delivery_.why = Delivery::Why::Sample;
+  delivery_.sampled = sample.rows;
+  delivery_.asPatterns = sample.patterns * rowsAPattern <= sample.rows;
 }
 
 void RelationCases::readTable(std::size_t most) {

@@ -352,9 +352,9 @@ void SqlRelation::requireSame(const ScanRequest& request, const Checksum& checks
 }  // namespace
 
 std::unique_ptr<Relation> openServer(const std::string& source, const ServerAddress& address,
-                                     double timeout) {
+                                     double timeout, const ProgressListener& progress) {
   return std::make_unique<SqlRelation>(
-      source, connectServer(address, {source, timeout, &Session::cancelled}));
+      source, connectServer(address, {source, timeout, &Session::cancelled, progress}));
 }
 
 }  // namespace embedded::data

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "DataAddress.h"
+#include "Progress.h"
 #include "Relation.h"
 #include "SqlDialect.h"
 
@@ -80,6 +81,7 @@ struct ServerOptions {
   std::string source;                            // what messages call the data
   double timeout = 0.0;                          // seconds of silence that are borne; 0: any
   const std::atomic<bool>* cancelled = nullptr;  // looked at while waiting
+  ProgressListener progress = {};                // told while waiting
 };
 
 // What an engine's library offers as "connectServer": connects, and finds the table. Errors are

@@ -4,10 +4,11 @@
 #include <unicode/unistr.h>
 
 #include <array>
+#include <filesystem>
 #include <set>
 #include <utility>
 
-#include "DataMessages.h"
+#include "EngineMessages.h"
 #include "SqlDialect.h"
 
 namespace embedded::data {
@@ -150,6 +151,19 @@ void TableSource::explain(Engine& engine, const EngineFailure& failure,
     if (isText(columns_[static_cast<std::size_t>(read.column)].kind))
       explainText(engine, from(reads), read);
   fail(messages::engineFailure, {name_, failure.brief()});
+}
+
+void explainLimit(const EngineFailure& failure, const std::string& source) {
+  const std::string_view text = failure.what();
+  const auto says = [&](std::string_view words) { return text.find(words) != text.npos; };
+  // The files that it spills to are called so; of a full disk it knows beforehand.
+  if (says("duckdb_temp_storage") || says("max_temp_directory_size")) {
+    std::error_code ignored;
+    fail(messages::noRoomToSpill,
+         {source, std::filesystem::temp_directory_path(ignored).string(), failure.brief()});
+  }
+  if (text.starts_with("Out of Memory Error"))
+    fail(messages::memoryTooSmall, {source, failure.brief()});
 }
 
 std::vector<Column> describeColumns(Engine& engine, const std::string& from) {

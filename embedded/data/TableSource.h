@@ -38,6 +38,10 @@ class TableSource {
   std::vector<Column> columns_;
 };
 
+// Throws Error(Data) for a failure of the engine that came of too little memory or of too little
+// room for temporary files, and says what can be done; returns for any other.
+void explainLimit(const EngineFailure& failure, const std::string& source);
+
 // Opens what an address names; `files` are its files, or where standard input was spooled.
 // `nullTexts` are texts that stand for missing values everywhere, so that they do not make a
 // column of numbers one of strings. Error(Data) for anything that cannot be read.

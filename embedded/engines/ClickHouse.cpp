@@ -109,6 +109,19 @@ std::string randomName() {
   return name;
 }
 
+// A host becomes part of a URL, and a user is told from the password behind it by a colon: neither
+// may hold what would make it mean more.
+void requirePlain(const ServerAddress& address) {
+  const auto isPlain = [](unsigned char byte) {
+    return std::isalnum(byte) != 0 || byte >= 0x80 || byte == '.' || byte == '-' || byte == '_' ||
+           byte == ':' || byte == '%';
+  };
+  if (std::ranges::all_of(address.host, isPlain) && address.user.find(':') == std::string::npos)
+    return;
+  data::failUsage(messages::badServerAddress,
+                  {address.scheme + "://USER@HOST:PORT/DATABASE/TABLE"});
+}
+
 // Where requests go, and as whom.
 struct Door {
   std::string url;  // ends where parameters begin
@@ -164,6 +177,7 @@ class ClickHouseResult final : public data::SqlResult {
       ServerOptions options = door_.options;
       options.timeout = 1.0;
       options.cancelled = nullptr;
+      options.progress = nullptr;
       HttpAnswer answer(door_.request("", "KILL QUERY WHERE query_id = '" + name_ + "' ASYNC"),
                         options);
       answer.status();
@@ -182,9 +196,11 @@ class ClickHouseResult final : public data::SqlResult {
 class ClickHouse final : public data::SqlServer {
  public:
   ClickHouse(const ServerAddress& address, const ServerOptions& options) {
+    requirePlain(address);
     const bool isIpv6 = address.host.find(':') != std::string::npos;
     const std::string host = isIpv6 ? "[" + address.host + "]" : address.host;
-    door_.url = "http://" + host + ":" + std::to_string(address.port) + "/?";
+    door_.url = (address.secure ? "https://" : "http://") + host + ":" +
+                std::to_string(address.port) + "/?";
     door_.user = address.user.empty() ? "default" : address.user;
     const char* password = std::getenv(passwordVariable);
     door_.password = password == nullptr ? "" : password;
@@ -236,6 +252,9 @@ class ClickHouse final : public data::SqlServer {
       if (!isSame && !(mayOnlyRead && isLuxury))
         settings_ += "&" + name + "=" + escaped(setting.value);
     }
+    // Told only to those who watch: each report is a line in the head of an answer.
+    if (door_.options.progress && !mayOnlyRead)
+      settings_ += "&send_progress_in_http_headers=1&http_headers_progress_interval_ms=1000";
   }
 
   void readColumns(const std::string& database, const std::string& table) {

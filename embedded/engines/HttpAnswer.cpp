@@ -1,7 +1,11 @@
 // An answer is pulled: the transfer runs only while somebody reads, and rests while nobody does.
 #include "HttpAnswer.h"
 
+#include <algorithm>
+#include <charconv>
+#include <cstdlib>
 #include <new>
+#include <string_view>
 #include <utility>
 
 #include "Waiting.h"
@@ -23,6 +27,19 @@ bool initialise() {
   return curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
 }
 
+// The number that a line of JSON gives a name, with or without quotes around it; 0 when it gives
+// none.
+std::uint64_t numberIn(std::string_view line, std::string_view name) {
+  const std::string key = '"' + std::string(name) + "\":";
+  std::size_t at = line.find(key);
+  if (at == line.npos) return 0;
+  at += key.size();
+  if (at < line.size() && line[at] == '"') ++at;
+  std::uint64_t number = 0;
+  std::from_chars(line.data() + at, line.data() + line.size(), number);
+  return number;
+}
+
 }  // namespace
 
 HttpAnswer::HttpAnswer(HttpRequest request, data::ServerOptions options)
@@ -35,7 +52,8 @@ HttpAnswer::HttpAnswer(HttpRequest request, data::ServerOptions options)
   easy_.reset(multi_ ? curl_easy_init() : nullptr);
   if (!easy_) throw std::bad_alloc();
   set(CURLOPT_URL, request_.url.c_str());
-  set(CURLOPT_PROTOCOLS_STR, "http");
+  set(CURLOPT_PROTOCOLS_STR, "http,https");
+  trust();
   set(CURLOPT_FOLLOWLOCATION, 0L);
   set(CURLOPT_PROXY, "");
   set(CURLOPT_NOSIGNAL, 1L);
@@ -64,6 +82,21 @@ void HttpAnswer::set(CURLoption option, Value value) {
   if (curl_easy_setopt(easy_.get(), option, value) == CURLE_OUT_OF_MEMORY) throw std::bad_alloc();
 }
 
+// A server must prove that it is the one asked for. Whom it may name as its witness is up to the
+// system, or to the variables that programs with this library and its encryption look at.
+void HttpAnswer::trust() {
+  set(CURLOPT_SSL_VERIFYPEER, 1L);
+  set(CURLOPT_SSL_VERIFYHOST, 2L);
+  for (const char* variable : {"CURL_CA_BUNDLE", "SSL_CERT_FILE"}) {
+    const char* file = std::getenv(variable);
+    if (file == nullptr || *file == '\0') continue;
+    set(CURLOPT_CAINFO, file);
+    break;
+  }
+  const char* folder = std::getenv("SSL_CERT_DIR");
+  if (folder != nullptr && *folder != '\0') set(CURLOPT_CAPATH, folder);
+}
+
 std::size_t HttpAnswer::receive(const char* data, std::size_t one, std::size_t size, void* answer) {
   auto& self = *static_cast<HttpAnswer*>(answer);
   self.heard_ = std::chrono::steady_clock::now();
@@ -75,9 +108,16 @@ std::size_t HttpAnswer::receive(const char* data, std::size_t one, std::size_t s
   return one * size;
 }
 
-std::size_t HttpAnswer::hear(const char* /*data*/, std::size_t one, std::size_t size,
-                             void* answer) {
-  static_cast<HttpAnswer*>(answer)->heard_ = std::chrono::steady_clock::now();
+std::size_t HttpAnswer::hear(const char* data, std::size_t one, std::size_t size, void* answer) {
+  auto& self = *static_cast<HttpAnswer*>(answer);
+  self.heard_ = std::chrono::steady_clock::now();
+  const std::string_view line(data, one * size);
+  if (line.starts_with("X-ClickHouse-Progress:")) {
+    self.progress_.rows = numberIn(line, "read_rows");
+    // Older servers call it so.
+    self.progress_.total =
+        std::max(numberIn(line, "total_rows_to_read"), numberIn(line, "total_rows"));
+  }
   return one * size;
 }
 
@@ -87,6 +127,8 @@ void HttpAnswer::finish(CURLcode code) {
   const std::string reason = error_[0] != '\0' ? error_.c_str() : curl_easy_strerror(code);
   long status = 0;
   curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
+  if (code == CURLE_PEER_FAILED_VERIFICATION || code == CURLE_SSL_CACERT_BADFILE)
+    fail(messages::notTrusted, {options_.source, reason});
   if (status == 0 && code != CURLE_GOT_NOTHING && code != CURLE_RECV_ERROR)
     fail(messages::noConnection, {options_.source, reason});
   fail(messages::answerBroke, {options_.source});
@@ -101,6 +143,7 @@ void HttpAnswer::step() {
     curl_easy_pause(easy_.get(), CURLPAUSE_CONT);
   }
   mindSilence(options_, heard_);
+  if (options_.progress) options_.progress(progress_);
   int running = 0;
   curl_multi_perform(multi_.get(), &running);
   int left = 0;

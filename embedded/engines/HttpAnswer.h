@@ -45,6 +45,7 @@ class HttpAnswer {
 
   template <class Value>
   void set(CURLoption option, Value value);
+  void trust();
   void step();
   void finish(CURLcode code);
 
@@ -54,6 +55,7 @@ class HttpAnswer {
   std::string buffer_;  // received and not yet read
   bool paused_ = false;
   bool ended_ = false;
+  data::Progress progress_;  // as the server's headers told it last
   std::chrono::steady_clock::time_point heard_;
   std::unique_ptr<CURLM, CloseMulti> multi_;
   std::unique_ptr<CURL, CloseEasy> easy_;  // leaves the multi handle before that goes

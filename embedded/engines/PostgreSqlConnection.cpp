@@ -9,6 +9,7 @@
 #include <new>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "Waiting.h"
 #include "embedded/data/EngineMessages.h"
@@ -64,11 +65,16 @@ PostgreSqlConnection::PostgreSqlConnection(const data::ServerAddress& address,
     : options_(std::move(options)), heard_(Clock::now()) {
   const std::string port = std::to_string(address.port);
   const char* user = address.user.empty() ? nullptr : address.user.c_str();
-  const std::array<const char*, 7> names{
-      "host", "port", "user", "dbname", "client_encoding", "application_name", nullptr};
-  const std::array<const char*, 7> values{
-      address.host.c_str(), port.c_str(), user, address.database.c_str(), "UTF8",
-      "proportions",        nullptr};
+  std::vector<const char*> names{
+      "host", "port", "user", "dbname", "client_encoding", "application_name"};
+  std::vector<const char*> values{address.host.c_str(),     port.c_str(), user,
+                                  address.database.c_str(), "UTF8",       "proportions"};
+  for (const auto& [name, value] : address.parameters) {
+    names.push_back(name.c_str());
+    values.push_back(value.c_str());
+  }
+  names.push_back(nullptr);
+  values.push_back(nullptr);
   // Not as an expanded text: a database's name is nothing but a name.
   connection_.reset(PQconnectStartParams(names.data(), values.data(), 0));
   if (!connection_) throw std::bad_alloc();
@@ -103,6 +109,7 @@ void PostgreSqlConnection::connect() {
 void PostgreSqlConnection::wait(bool forWriting) {
   mindCancelled(options_);
   mindSilence(options_, heard_);
+  if (options_.progress) options_.progress({rows_, 0});
   const int events = forWriting ? POLLIN | POLLOUT : POLLIN;
   pollfd socket{PQsocket(connection_.get()), static_cast<short>(events), 0};
   if (poll(&socket, 1, glance) <= 0) return;
@@ -166,6 +173,7 @@ void PostgreSqlConnection::start(const std::string& sql) {
   execute("SAVEPOINT before_query");
   send(sql);
   PQsetSingleRowMode(connection_.get());
+  rows_ = 0;
   busy_ = true;
 }
 
@@ -175,7 +183,10 @@ ResultPtr PostgreSqlConnection::fetch() {
   ResultPtr next = result();
   if (!next) fail(messages::answerBroke, {options_.source});
   const ExecStatusType status = PQresultStatus(next.get());
-  if (status == PGRES_SINGLE_TUPLE) return next;
+  if (status == PGRES_SINGLE_TUPLE) {
+    ++rows_;
+    return next;
+  }
   busy_ = false;
   if (status != PGRES_TUPLES_OK) failResult(next.get());
   while (const ResultPtr end = result()) continue;

@@ -5,6 +5,7 @@
 #include <libpq-fe.h>
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -49,7 +50,8 @@ class PostgreSqlConnection {
   data::ServerOptions options_;
   std::unique_ptr<PGconn, Finish> connection_;
   std::chrono::steady_clock::time_point heard_;
-  bool busy_ = false;  // rows of a query may still come
+  bool busy_ = false;       // rows of a query may still come
+  std::uint64_t rows_ = 0;  // of it, so far
 };
 
 }  // namespace embedded::engines

@@ -8,6 +8,7 @@
 #include "embedded/data/ResampledSource.h"
 #include "embedded/errors/Error.h"
 #include "embedded/output/Imputation.h"
+#include "embedded/session/Reading.h"
 
 namespace embedded {
 
@@ -42,6 +43,7 @@ data::DataOptions dataOptions(const Request& request) {
   options.threads = request.threads;
   options.memory = request.memory;
   options.timeout = request.timeout;
+  options.progress = request.progress;
   return options;
 }
 
@@ -53,11 +55,14 @@ void openTable(Session& session, const data::MemoryTable& table) {
   session.document.data.weight = table.weight;
 }
 
-void openRelation(Session& session, const Request& request) {
+// The cases stay the session's.
+const data::RelationCases& openRelation(Session& session, const Request& request) {
   data::OpenedData opened = data::openData(dataOptions(request));
   session.dictionary = std::move(opened.dictionary);
-  session.cases = std::move(opened.cases);
   session.document.data = std::move(opened.info);
+  const data::RelationCases& cases = *opened.cases;
+  session.cases = std::move(opened.cases);
+  return cases;
 }
 
 // Has the numbers of the imputations checked while the cases are read.
@@ -175,10 +180,11 @@ std::unique_ptr<Session> run(const Request& request, const Module& module) {
   }
   session->document.command = request.command;
   session->document.version = request.version;
+  const data::RelationCases* cases = nullptr;
   if (request.table) {
     openTable(*session, *request.table);
   } else {
-    openRelation(*session, request);
+    cases = &openRelation(*session, request);
   }
   if (request.imputation) {
     checkImputations(*session);
@@ -200,6 +206,9 @@ std::unique_ptr<Session> run(const Request& request, const Module& module) {
   if (request.imputation) {
     poolImputations(*session, *request.imputation, module.description());
   }
+  if (cases != nullptr) {
+    noteReading(session->document, request, cases->delivery());
+  }
   warnOfSplits(*session);
   warnOfNoCases(session->document);
   return session;
@@ -207,12 +216,15 @@ std::unique_ptr<Session> run(const Request& request, const Module& module) {
 
 std::string describe(const Request& request) {
   data::OpenedData opened = data::openData(dataOptions(request));
-  std::vector<int> all(opened.dictionary.variables.size());
-  for (std::size_t i = 0; i < all.size(); ++i) {
-    all[i] = static_cast<int>(i);
+  std::vector<int> all;
+  for (std::size_t i = 0; i < opened.dictionary.variables.size(); ++i) {
+    if (opened.dictionary.variables[i].supported) {
+      all.push_back(static_cast<int>(i));
+    }
   }
   opened.cases->measure(opened.dictionary, all);
-  return data::describe(opened.dictionary);
+  opened.cases->plan(all);
+  return data::describe(opened.dictionary, &opened.cases->delivery());
 }
 
 }  // namespace embedded

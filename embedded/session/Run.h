@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "embedded/data/MemorySource.h"
+#include "embedded/data/Progress.h"
 #include "embedded/output/Document.h"
 #include "embedded/output/Resampling.h"
 #include "embedded/output/Rubin.h"
@@ -56,6 +57,7 @@ struct Request {
   // that the session holds in the end then lacks their cells. Not called when results of several
   // groups are put together, under bootstrap and imputation.
   std::function<void(const output::Document& part)> finishedGroups;
+  data::ProgressListener progress;  // told while data are read
 };
 
 // Carries out the request. The session holds the document afterwards, also when the command was

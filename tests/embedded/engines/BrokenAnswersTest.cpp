@@ -1,13 +1,6 @@
 // Answers over HTTP that are not whole, from a server that the test plays itself: each is an error,
 // none is taken for the data.
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
-#include <functional>
-#include <thread>
-
+#include "FakeServer.h"
 #include "embedded/data/EngineMessages.h"
 #include "tests_data/Support.h"
 
@@ -15,64 +8,6 @@ namespace engine_tests {
 namespace {
 
 using namespace embedded::data;
-
-// Answers each request on a connection of its own, as the function says; ends with its object.
-class FakeServer {
- public:
-  explicit FakeServer(std::function<std::string(const std::string& sql)> answer)
-      : answer_(std::move(answer)), listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    auto* generic = reinterpret_cast<sockaddr*>(&address);
-    bind(listener_, generic, size);
-    listen(listener_, 16);
-    getsockname(listener_, generic, &size);
-    port_ = ntohs(address.sin_port);
-    thread_ = std::thread([this] { serve(); });
-  }
-  ~FakeServer() {
-    shutdown(listener_, SHUT_RDWR);
-    thread_.join();
-    close(listener_);
-  }
-  FakeServer(const FakeServer&) = delete;
-  FakeServer& operator=(const FakeServer&) = delete;
-
-  std::string address() const { return "clickhouse://127.0.0.1:" + std::to_string(port_) + "/d/t"; }
-
- private:
-  void serve() {
-    for (int client = 0; (client = accept(listener_, nullptr, nullptr)) >= 0; close(client)) {
-      const std::string answer = answer_(bodyOf(client));
-      send(client, answer.data(), answer.size(), MSG_NOSIGNAL);
-      shutdown(client, SHUT_WR);
-      char left = 0;
-      while (recv(client, &left, 1, 0) > 0) continue;
-    }
-  }
-
-  static std::string bodyOf(int client) {
-    std::string request;
-    const std::string length = "Content-Length: ";
-    for (char buffer[4096];;) {
-      const std::size_t head = request.find("\r\n\r\n");
-      const std::size_t at = request.find(length);
-      if (head != std::string::npos && at < head &&
-          request.size() >= head + 4 + std::stoul(request.substr(at + length.size())))
-        return request.substr(head + 4);
-      const ssize_t got = recv(client, buffer, sizeof buffer, 0);
-      if (got <= 0) return {};
-      request.append(buffer, static_cast<std::size_t>(got));
-    }
-  }
-
-  std::function<std::string(const std::string& sql)> answer_;
-  int listener_;
-  int port_ = 0;
-  std::thread thread_;
-};
 
 // An answer that says it has so many bytes, or as many as it has.
 std::string answer(const std::string& body, std::size_t length = std::string::npos) {

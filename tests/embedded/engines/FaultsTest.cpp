@@ -84,12 +84,26 @@ TEST_F(Address, WithAPasswordIsRefusedAndNeverShown) {
 }
 
 TEST_F(Address, ThatIsMalformedIsRefused) {
-  for (const std::string address :
-       {"clickhouse://", "clickhouse://h", "clickhouse://h/d", "clickhouse://h/d/",
-        "clickhouse:///d/t", "clickhouse://@h/d/t", "clickhouse://h:0/d/t", "clickhouse://h:x/d/t",
-        "clickhouse://h:99999/d/t", "clickhouse://h/d/t/u", "clickhouse://h/d/t%",
-        "clickhouse://h/d/%zz", "clickhouse://h/d/%00", "postgresql://h/d/.t",
-        "postgresql://h/d/s."})
+  for (const std::string address : {"clickhouse://",
+                                    "clickhouse://h",
+                                    "clickhouse://h/d",
+                                    "clickhouse://h/d/",
+                                    "clickhouse:///d/t",
+                                    "clickhouse://@h/d/t",
+                                    "clickhouse://h:0/d/t",
+                                    "clickhouse://h:x/d/t",
+                                    "clickhouse://h:99999/d/t",
+                                    "clickhouse://h/d/t/u",
+                                    "clickhouse://h/d/t%",
+                                    "clickhouse://me%3Ahidden@127.0.0.1:1/d/t",
+                                    "clickhouse://127.0.0.1%2Fother/d/t",
+                                    "clickhouse://me%40h%3F/d/t",
+                                    "clickhouse+https://h/d",
+                                    "clickhouse+https://h/d/t?sslmode=x",
+                                    "clickhouse://h/d/%zz",
+                                    "clickhouse://h/d/%00",
+                                    "postgresql://h/d/.t",
+                                    "postgresql://h/d/s."})
     expectFailure(address, 2, "DATABASE/TABLE");
 }
 
