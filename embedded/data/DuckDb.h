@@ -3,14 +3,14 @@
 // The engine never fetches or loads an extension; what it spills goes to the folder it is given.
 #pragma once
 
-#include <duckdb.h>
-
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "DuckDbFunctions.h"
 
 namespace embedded::data {
 

@@ -11,6 +11,7 @@
 #include "DataMessages.h"
 #include "DuckDb.h"
 #include "DuckDbQueries.h"
+#include "EngineMessages.h"
 #include "Files.h"
 #include "TableSource.h"
 #include "TemporaryFolder.h"
@@ -348,6 +349,11 @@ std::size_t ScanRequest::words() const {
 }
 
 std::unique_ptr<Relation> openDuckDb(const DataAddress& address, const RelationOptions& options) {
+  try {
+    duckDbLibrary();
+  } catch (const EngineFailure& failure) {
+    fail(messages::noEngineLibrary, {address.text, failure.what()});
+  }
   try {
     return std::make_unique<DuckDbRelation>(address, options);
   } catch (const EngineFailure& failure) {
