@@ -47,8 +47,12 @@ OpenedData openData(const DataOptions& options) {
     setImputation(plan.dictionary, *options.imputation, options.splits.has_value());
   OpenedData opened;
   opened.info = infoOf(*relation, plan.dictionary);
+  CaseOptions cases = options.cases;
+  // Whether a server's data are still the same is as dear to ask as to read them, and who names a
+  // limit of memory wants it for the engine.
+  cases.keepsRows = !address.server && options.memory.empty();
   opened.cases = std::make_unique<RelationCases>(std::move(relation), plan.dictionary,
-                                                 std::move(plan.reads), options.cases);
+                                                 std::move(plan.reads), cases);
   std::vector<int> fixed = plan.dictionary.splits;
   if (plan.dictionary.weight >= 0) fixed.push_back(plan.dictionary.weight);
   opened.cases->measure(plan.dictionary, fixed);

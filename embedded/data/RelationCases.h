@@ -7,6 +7,7 @@
 
 #include "CaseSource.h"
 #include "Dictionary.h"
+#include "KeptRows.h"
 #include "PatternTable.h"
 #include "Relation.h"
 
@@ -17,7 +18,8 @@ enum class CaseMode { Auto, CaseByCase, Patterns };
 
 struct CaseOptions {
   CaseMode mode = CaseMode::Auto;
-  std::string collation;  // a language tag; code point order when empty
+  std::string collation;   // a language tag; code point order when empty
+  bool keepsRows = false;  // the second pass over rows may read them from memory
 };
 
 class RelationCases final : public CaseSource {
@@ -44,6 +46,7 @@ class RelationCases final : public CaseSource {
   bool patternsPay();
   void readTable(std::size_t most);
   void keepNonFinite(const NonFiniteCounts& counts);
+  std::unique_ptr<RowScan> scan();
 
   std::unique_ptr<Relation> relation_;
   std::vector<ColumnRead> reads_;  // by dictionary index
@@ -55,6 +58,8 @@ class RelationCases final : public CaseSource {
   ObservationLayout layout_;
   std::size_t splitWords_ = 0;
   std::unique_ptr<PatternTable> patterns_;
+  std::shared_ptr<KeptRows> kept_;  // null until a pass over rows has begun
+  std::string identity_;            // of the data when they were kept
   std::map<int, std::uint64_t> nonFinite_;
 };
 
