@@ -29,3 +29,14 @@ struct PropZOneSamp {
   // Writes itself as lines of diagnostic text.
   void Display() const;
 };
+
+// Once a case and variable: compiled into the loop over the cases.
+inline void PropZOneSamp::Count(std::int32_t code, double weight) {
+  if (code == 1)
+    _nSucc += weight;
+  else if (code == 0)
+    _nFail += weight;
+  else
+    return;
+  _nTrials += weight;
+}

@@ -29,16 +29,6 @@ void TakeComparison(Record& record, const Estimates& estimates) {
 
 // --- One sample ---------------------------------------------------------------------------------
 
-void PropZOneSamp::Count(std::int32_t code, double weight) {
-  if (code == 1)
-    _nSucc += weight;
-  else if (code == 0)
-    _nFail += weight;
-  else
-    return;
-  _nTrials += weight;
-}
-
 statistics::OneSampleCounts PropZOneSamp::Counts(double testValue) const {
   return {.successes = _nSucc, .failures = _nFail, .testValue = testValue};
 }

@@ -7,6 +7,7 @@
 #include <limits>
 #include <memory>
 
+#include "DuckDbFunctions.h"
 #include "embedded/errors/Error.h"
 #include "host/distributions/MCMV.h"
 

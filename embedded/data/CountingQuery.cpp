@@ -223,9 +223,10 @@ int compareStrings(const OBS* a, const OBS* b, int width) {
   return text(a).compare(text(b));
 }
 
-// Puts the patterns into the order of their split values.
+}  // namespace
+
 void sortBySplits(PatternBatch& batch, const ScanRequest& request) {
-  if (batch.weights.empty()) return;
+  if (request.orderBy == 0 || batch.weights.empty()) return;
   const std::size_t words = batch.rows.size() / batch.weights.size();
   const auto less = [&](std::size_t a, std::size_t b) {
     const OBS* x = batch.rows.data() + a * words;
@@ -253,8 +254,6 @@ void sortBySplits(PatternBatch& batch, const ScanRequest& request) {
   }
   batch = std::move(sorted);
 }
-
-}  // namespace
 
 bool canCount(const ScanRequest& request) {
   if (request.columns.empty()) return false;
@@ -290,7 +289,7 @@ std::optional<CountedPatterns> countPatterns(Engine& engine, const CountedRows& 
     faults = job.result->faults[i];
     faults.suspect |= values[i] && values[i]->suspect();
   }
-  if (request.orderBy > 0) sortBySplits(counted.batch, request);
+  sortBySplits(counted.batch, request);
   return counted;
 }
 

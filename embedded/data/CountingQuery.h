@@ -32,4 +32,7 @@ struct CountedRows {
 std::optional<CountedPatterns> countPatterns(Engine& engine, const CountedRows& rows,
                                              const ScanRequest& request);
 
+// Puts patterns into the order of their split values.
+void sortBySplits(PatternBatch& batch, const ScanRequest& request);
+
 }  // namespace embedded::data

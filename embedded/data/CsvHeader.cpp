@@ -20,7 +20,6 @@ std::string readHead(const std::string& file, const std::string& shownAs) {
   std::string head(headSize, '\0');
   stream.read(head.data(), static_cast<std::streamsize>(head.size()));
   head.resize(static_cast<std::size_t>(stream.gcount()));
-  if (head.starts_with("\xEF\xBB\xBF")) head.erase(0, 3);
   return head;
 }
 
@@ -87,11 +86,15 @@ bool hasQuotedEmpty(const std::string& head, char delimiter) {
 
 CsvHeader readCsvHeader(const std::string& file, const std::string& shownAs,
                         const std::string& delimiters) {
-  const std::string head = readHead(file, shownAs);
+  std::string head = readHead(file, shownAs);
+  const std::size_t mark = head.starts_with("\xEF\xBB\xBF") ? 3 : 0;  // of the byte order
+  head.erase(0, mark);
   if (head.empty()) fail(messages::emptyFile, {shownAs});
-  const std::string record = firstRecord(head, shownAs);
-  if (!isUtf8(record)) fail(messages::badEncoding, {shownAs, "1", "1"});
   CsvHeader header;
+  header.record = firstRecord(head, shownAs);
+  header.end = mark + header.record.size();
+  const std::string& record = header.record;
+  if (!isUtf8(record)) fail(messages::badEncoding, {shownAs, "1", "1"});
   header.delimiter = mostFrequent(record, delimiters);
   header.quotedEmpty = hasQuotedEmpty(head, header.delimiter);
   for (const std::string& field : fieldsOf(record, header.delimiter)) {

@@ -5,6 +5,7 @@
 // record always names the columns.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,8 @@ namespace embedded::data {
 struct CsvHeader {
   char delimiter = ',';
   std::vector<std::string> names;
+  std::string record;        // as it stands in the file
+  std::size_t end = 0;       // bytes of the file before the end of the record's line
   bool quotedEmpty = false;  // a quoted empty field stands in the first part of the file
 };
 

@@ -2,6 +2,8 @@
 #include "CsvSource.h"
 
 #include <algorithm>
+#include <fstream>
+#include <string_view>
 
 #include "DataMessages.h"
 #include "SqlDialect.h"
@@ -30,9 +32,13 @@ CsvSource::CsvSource(Engine& engine, const DataAddress& address,
     return address.standardInput ? std::string("-") : file;
   };
   header_ = readCsvHeader(files_.front(), shown(files_.front()), delimiters);
-  for (const std::string& file : files_)
-    if (readCsvHeader(file, shown(file), delimiters).names != header_.names)
-      fail(messages::otherHeader, {file, files_.front()});
+  form_.delimiter = header_.delimiter;
+  form_.fields = header_.names.size();
+  for (const std::string& file : files_) {
+    const CsvHeader header = readCsvHeader(file, shown(file), delimiters);
+    if (header.names != header_.names) fail(messages::otherHeader, {file, files_.front()});
+    form_.files.push_back({file, header.end});
+  }
   for (const std::string& name : header_.names)
     columns_.push_back({name, "VARCHAR", ColumnKind::Text});
   sniff(engine, nullTexts);
@@ -147,6 +153,26 @@ std::string CsvSource::value(const ColumnRead& read, std::span<const ColumnRead>
   const Column& column = columns_[static_cast<std::size_t>(read.column)];
   const std::string name = duckDbDialect.identifier(column.name);
   return readAsText(read, reads) ? fromText(name, read) : name;
+}
+
+CsvSource CsvSource::withTexts(const std::string& file, const std::vector<std::size_t>& wanted,
+                               const std::vector<std::vector<std::string>>& texts) const {
+  std::ofstream out(file, std::ios::binary);
+  out << header_.record << '\n';
+  std::size_t lines = 0;
+  for (const auto& column : texts) lines = std::max(lines, column.size());
+  std::vector<std::string_view> fields(columns_.size());
+  for (std::size_t line = 0; line < lines; ++line) {
+    for (std::size_t i = 0; i < wanted.size(); ++i)
+      fields[wanted[i]] = line < texts[i].size() ? texts[i][line] : texts[i].front();
+    for (std::size_t i = 0; i < fields.size(); ++i)
+      out << (i == 0 ? "" : std::string_view(&header_.delimiter, 1)) << fields[i];
+    out << '\n';
+  }
+  if (!out.flush()) throw EngineFailure("Error: no room for a temporary file");
+  CsvSource source(*this);
+  source.files_ = {file};
+  return source;
 }
 
 void CsvSource::explain(Engine& engine, const EngineFailure& failure,

@@ -1,6 +1,7 @@
 // CSV and TSV files.
 #pragma once
 
+#include "CsvCounting.h"
 #include "CsvHeader.h"
 #include "TableSource.h"
 
@@ -17,6 +18,14 @@ class CsvSource final : public TableSource {
   [[noreturn]] void explain(Engine& engine, const EngineFailure& failure,
                             std::span<const ColumnRead> reads) const override;
 
+  // How the files look to a reader of their bytes.
+  const CsvForm& form() const { return form_; }
+  // The same columns of another file: the header's record, and lines with `texts` as the fields of
+  // the columns at the indices `wanted`, line by line, all others empty. A column's first text
+  // stands in for those that it lacks.
+  CsvSource withTexts(const std::string& file, const std::vector<std::size_t>& wanted,
+                      const std::vector<std::vector<std::string>>& texts) const;
+
  private:
   // Whether the column is read as a text and turned into what is asked for by SQL.
   bool readAsText(const ColumnRead& read, std::span<const ColumnRead> reads) const;
@@ -30,6 +39,7 @@ class CsvSource final : public TableSource {
 
   std::vector<std::string> files_;
   CsvHeader header_;
+  CsvForm form_;
 };
 
 }  // namespace embedded::data

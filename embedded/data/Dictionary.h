@@ -23,17 +23,20 @@ struct MissingRange {
 };
 
 // One variable. It is also what procedures see of it.
-class Variable final : public KORA_Variable {
+//
+// A procedure asks of every value whether it is missing: what that needs stands first, in one line
+// of a processor's cache.
+class alignas(64) Variable final : public KORA_Variable {
  public:
+  std::vector<double> missingNumbers;
+  std::vector<MissingRange> missingRanges;
+  int type = 0;  // 0 numeric, else the width in bytes
+  KORA_Format format;
   std::string name;
   std::string upperName;
   std::string presentedAs;  // the name that procedures see, in capital letters; empty: its own
-  int type = 0;             // 0 numeric, else the width in bytes
-  KORA_Format format;
   output::ValueKind kind = output::ValueKind::Number;
-  std::vector<double> missingNumbers;
   std::vector<std::string> missingStrings;  // without trailing blanks
-  std::vector<MissingRange> missingRanges;
   // The values that the field declares as its categories; empty optional when it declares none.
   std::optional<std::vector<double>> declaredNumbers;
   std::optional<std::vector<std::string>> declaredStrings;

@@ -3,8 +3,6 @@
 // The engine never fetches or loads an extension; what it spills goes to the folder it is given.
 #pragma once
 
-#include <duckdb.h>
-
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -12,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "DuckDbFunctions.h"
 #include "Progress.h"
 
 namespace embedded::data {

@@ -8,9 +8,11 @@
 #include "ColumnWords.h"
 #include "CountingQuery.h"
 #include "CountingValues.h"
+#include "CsvPatterns.h"
 #include "DataMessages.h"
 #include "DuckDb.h"
 #include "DuckDbQueries.h"
+#include "EngineMessages.h"
 #include "Files.h"
 #include "TableSource.h"
 #include "TemporaryFolder.h"
@@ -26,6 +28,7 @@ class DuckDbRelation final : public Relation {
  public:
   DuckDbRelation(DataAddress address, const RelationOptions& options)
       : address_(std::move(address)),
+        threads_(options.threads),
         engine_({options.threads, options.memory, (folder_.path() / "spill").string(),
                  options.progress}) {
     if (address_.standardInput) spool();
@@ -72,6 +75,7 @@ class DuckDbRelation final : public Relation {
 
  private:
   CountedRows countedRows(const ScanRequest& request) const;
+  std::optional<CountedPatterns> counted(const ScanRequest& request);
   void spool() {
     const std::filesystem::path target = folder_.path() / "input.csv";
     if (!spoolStandardInput(target)) fail(messages::emptyFile, {address_.text});
@@ -79,6 +83,7 @@ class DuckDbRelation final : public Relation {
   }
 
   DataAddress address_;
+  int threads_;
   TemporaryFolder folder_;  // outlives the engine, which may hold files in it
   Engine engine_;
   std::unique_ptr<TableSource> table_;
@@ -285,13 +290,21 @@ CountedRows DuckDbRelation::countedRows(const ScanRequest& request) const {
   return rows;
 }
 
+// By the texts of the file where that can be, else by the engine.
+std::optional<CountedPatterns> DuckDbRelation::counted(const ScanRequest& request) {
+  requireUnchanged();
+  if (const auto* csv = dynamic_cast<const CsvSource*>(table_.get()))
+    if (auto patterns = countCsvPatterns(engine_, *csv, request, threads_,
+                                         (folder_.path() / "texts.csv").string()))
+      return patterns;
+  return guarded(request.columns,
+                 [&] { return countPatterns(engine_, countedRows(request), request); });
+}
+
 std::unique_ptr<PatternScan> DuckDbRelation::patterns(const ScanRequest& request) {
-  if (canCount(request)) {
-    requireUnchanged();
-    auto counted = guarded(request.columns,
-                           [&] { return countPatterns(engine_, countedRows(request), request); });
-    if (counted) return std::make_unique<CountedScan>(*this, request, std::move(*counted));
-  }
+  if (canCount(request))
+    if (auto patterns = counted(request))
+      return std::make_unique<CountedScan>(*this, request, std::move(*patterns));
   return std::make_unique<DuckDbPatternScan>(*this, request);
 }
 
@@ -350,6 +363,11 @@ std::size_t ScanRequest::words() const {
 }
 
 std::unique_ptr<Relation> openDuckDb(const DataAddress& address, const RelationOptions& options) {
+  try {
+    duckDbLibrary();
+  } catch (const EngineFailure& failure) {
+    fail(messages::noEngineLibrary, {address.text, failure.what()});
+  }
   try {
     return std::make_unique<DuckDbRelation>(address, options);
   } catch (const EngineFailure& failure) {

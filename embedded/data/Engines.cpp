@@ -5,10 +5,10 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <string>
 
 #include "EngineMessages.h"
+#include "SharedLibrary.h"
 
 namespace embedded::data {
 namespace {
@@ -18,15 +18,6 @@ constexpr std::array engines{
     ServerEngine{"clickhouse+https", "clickhouse", 8443, "CLICKHOUSE_PASSWORD", true},
     ServerEngine{"postgresql", "postgresql", 5432, "PGPASSWORD", false, " sslmode sslrootcert "},
 };
-
-// Beside the program as it is built and installed, else wherever the system looks.
-void* openLibrary(const std::string& file) {
-  std::error_code error;
-  const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-  const auto beside = program.parent_path().parent_path() / "lib" / file;
-  const bool isThere = !error && std::filesystem::exists(beside, error);
-  return dlopen(isThere ? beside.c_str() : file.c_str(), RTLD_NOW | RTLD_LOCAL);
-}
 
 }  // namespace
 

@@ -49,8 +49,12 @@ OpenedData openData(const DataOptions& options) {
     setImputation(plan.dictionary, *options.imputation, options.splits.has_value());
   OpenedData opened;
   opened.info = infoOf(*relation, plan.dictionary);
-  opened.cases = std::make_unique<RelationCases>(
-      std::move(relation), plan.dictionary, std::move(plan.reads), options.cases, options.progress);
+  CaseOptions cases = options.cases;
+  // Whether a server's data are still the same is as dear to ask as to read them, and who names a
+  // limit of memory wants it for the engine.
+  cases.keepsRows = !address.server && options.memory.empty();
+  opened.cases = std::make_unique<RelationCases>(std::move(relation), plan.dictionary,
+                                                 std::move(plan.reads), cases, options.progress);
   std::vector<int> fixed = plan.dictionary.splits;
   if (plan.dictionary.weight >= 0) fixed.push_back(plan.dictionary.weight);
   opened.cases->measure(plan.dictionary, fixed);

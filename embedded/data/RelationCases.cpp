@@ -156,11 +156,23 @@ void RelationCases::keepNonFinite(const NonFiniteCounts& counts) {
     if (counts[i] > 0) nonFinite_[request_.columns[i].column] = counts[i];
 }
 
+// The first pass keeps its rows, if so wanted, and the others read those, as long as the data are
+// still the same.
+std::unique_ptr<RowScan> RelationCases::scan() {
+  if (!options_.keepsRows) return relation_->scan(request_);
+  if (kept_ != nullptr && kept_->isWhole()) {
+    if (relation_->identity() != identity_) fail(messages::dataChanged, {relation_->source()});
+    return std::make_unique<KeptScan>(kept_);
+  }
+  kept_ = std::make_shared<KeptRows>(layout_.words);
+  identity_ = relation_->identity();
+  return std::make_unique<KeepingScan>(relation_->scan(request_), kept_);
+}
+
 std::unique_ptr<CaseStream> RelationCases::open() {
   if (patterns_ != nullptr) return std::make_unique<PatternStream>(*patterns_, layout_.words);
   const int weightWord = weight_ < 0 ? -1 : static_cast<int>(layout_.words) - 1;
-  auto stream = std::make_unique<RowStream>(relation_->scan(request_), layout_.words, splitWords_,
-                                            weightWord);
+  auto stream = std::make_unique<RowStream>(scan(), layout_.words, splitWords_, weightWord);
   return std::make_unique<CountingStream>(*this, std::move(stream));
 }
 

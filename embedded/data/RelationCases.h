@@ -7,6 +7,7 @@
 
 #include "CaseSource.h"
 #include "Dictionary.h"
+#include "KeptRows.h"
 #include "PatternTable.h"
 #include "Progress.h"
 #include "Relation.h"
@@ -18,7 +19,8 @@ enum class CaseMode { Auto, CaseByCase, Patterns };
 
 struct CaseOptions {
   CaseMode mode = CaseMode::Auto;
-  std::string collation;  // a language tag; code point order when empty
+  std::string collation;   // a language tag; code point order when empty
+  bool keepsRows = false;  // the second pass over rows may read them from memory
 };
 
 // Which way cases are delivered, and what decided it. The same data and request give the same.
@@ -68,6 +70,7 @@ class RelationCases final : public CaseSource {
   void decide();
   void readTable(std::size_t most);
   void keepNonFinite(const NonFiniteCounts& counts);
+  std::unique_ptr<RowScan> scan();
 
   std::unique_ptr<Relation> relation_;
   std::vector<ColumnRead> reads_;  // by dictionary index
@@ -81,6 +84,8 @@ class RelationCases final : public CaseSource {
   std::size_t splitWords_ = 0;
   Delivery delivery_;
   std::unique_ptr<PatternTable> patterns_;
+  std::shared_ptr<KeptRows> kept_;  // null until a pass over rows has begun
+  std::string identity_;            // of the data when they were kept
   std::map<int, std::uint64_t> nonFinite_;
 };
 

@@ -1,0 +1,178 @@
+// Blocks of files go to threads; each thread counts by itself, and their tables are put together.
+#include "CsvCounting.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <exception>
+#include <memory>
+#include <mutex>
+#include <system_error>
+#include <thread>
+
+#include "CsvLines.h"
+#include "embedded/session/Session.h"
+
+namespace embedded::data {
+namespace {
+
+// How much longer than a block what is read of it may be: no line of plain data is longer.
+constexpr std::size_t longestLine = std::size_t{64} << 10U;
+
+// An open file, cut into blocks.
+class BlockFile {
+ public:
+  explicit BlockFile(const CsvForm::File& file) : descriptor_(open(file.path.c_str(), O_RDONLY)) {
+    struct stat status{};
+    if (descriptor_ < 0 || fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) return;
+    size_ = static_cast<std::size_t>(status.st_size);
+    findData(file.header);
+  }
+  BlockFile(const BlockFile&) = delete;
+  BlockFile& operator=(const BlockFile&) = delete;
+  ~BlockFile() {
+    if (descriptor_ >= 0) close(descriptor_);
+  }
+
+  bool isUsable() const { return usable_; }
+  bool returns() const { return returns_; }
+  std::size_t blocks(std::size_t block) const { return (size_ - begin_ + block - 1) / block; }
+
+  // The lines that begin in a block, with CsvLines::padding behind them. False when they cannot be
+  // had whole.
+  bool read(std::size_t index, std::size_t block, std::vector<char>& buffer,
+            std::span<const char>& lines) const {
+    const std::size_t from = begin_ + index * block;
+    const std::size_t to = std::min(from + block, size_);
+    // A line begins behind a line feed: looked for from the byte before the block, and from the
+    // byte before its end.
+    const std::size_t length = std::min(to + longestLine, size_) - (from - 1);
+    buffer.resize(length + 2 + CsvLines::padding);
+    if (!readBytes(from - 1, {buffer.data(), length})) return false;
+    std::span<char> bytes(buffer.data(), length);
+    if (from - 1 + length == size_ && bytes.back() != '\n') bytes = ended(buffer, length);
+    const auto begin = std::ranges::find(bytes, '\n');
+    const auto end = std::ranges::find(bytes.subspan(to - from), '\n');
+    if (begin == bytes.end() || end == bytes.end()) return false;
+    lines = {begin + 1, end + 1};
+    std::fill_n(buffer.begin() + static_cast<std::ptrdiff_t>(bytes.size()), CsvLines::padding,
+                '\n');
+    return true;
+  }
+
+ private:
+  // The line feed that the last line lacks.
+  std::span<char> ended(std::vector<char>& buffer, std::size_t length) const {
+    if (returns_) buffer[length++] = '\r';
+    buffer[length++] = '\n';
+    return {buffer.data(), length};
+  }
+
+  bool readBytes(std::size_t offset, std::span<char> bytes) const {
+    while (!bytes.empty()) {
+      const ssize_t got =
+          pread(descriptor_, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+      if (got <= 0) return false;
+      offset += static_cast<std::size_t>(got);
+      bytes = bytes.subspan(static_cast<std::size_t>(got));
+    }
+    return true;
+  }
+
+  // The end of the header's line tells how lines end.
+  void findData(std::size_t header) {
+    char first = '\0';
+    char second = '\0';
+    if (header < size_ && !readBytes(header, {&first, 1})) return;
+    if (header + 1 < size_ && !readBytes(header + 1, {&second, 1})) return;
+    returns_ = first == '\r';
+    begin_ = header + (returns_ ? 2 : 1);
+    usable_ = begin_ <= size_ && (returns_ ? second : first) == '\n';
+  }
+
+  int descriptor_;
+  std::size_t size_ = 0;
+  std::size_t begin_ = 0;  // of the first line of data
+  bool returns_ = false;
+  bool usable_ = false;
+};
+
+// What the threads of one file share.
+struct Work {
+  const BlockFile& file;
+  std::size_t block;
+  std::atomic<std::size_t> next = 0;  // the next block that nobody has taken
+  std::atomic<bool> stopped = false;
+  std::mutex mutex;
+  std::exception_ptr problem;  // guarded by the mutex
+};
+
+// One thread's share. Nothing is thrown: what goes wrong is left in the work.
+void countBlocks(Work& work, CsvLines& counter) noexcept {
+  try {
+    std::vector<char> buffer;
+    std::span<const char> lines;
+    const std::size_t blocks = work.file.blocks(work.block);
+    for (std::size_t index = work.next++; index < blocks; index = work.next++) {
+      if (work.stopped || Session::cancelled.load(std::memory_order_relaxed)) return;
+      if (!work.file.read(index, work.block, buffer, lines) || !counter.add(lines))
+        work.stopped = true;
+    }
+  } catch (...) {
+    const std::scoped_lock lock(work.mutex);
+    work.problem = std::current_exception();
+    work.stopped = true;
+  }
+}
+
+// Counts a file by several threads, this one among them; false as countTexts() has nothing.
+bool countFile(Work& work, std::span<const std::unique_ptr<CsvLines>> counters) {
+  {
+    std::vector<std::jthread> threads;
+    try {
+      for (const auto& counter : counters.subspan(1))
+        threads.emplace_back([&work, &counter] { countBlocks(work, *counter); });
+    } catch (const std::system_error&) {
+      // Fewer threads are to be had; they do it all.
+    }
+    countBlocks(work, *counters.front());
+  }
+  if (work.problem) std::rethrow_exception(work.problem);
+  Session::checkCancelled();
+  return !work.stopped;
+}
+
+std::size_t threadsFor(const BlockFile& file, std::size_t block, int threads) {
+  const auto wanted = threads > 0 ? static_cast<unsigned>(threads)
+                                  : std::max(1U, std::thread::hardware_concurrency());
+  return std::clamp<std::size_t>(file.blocks(block), 1, wanted);
+}
+
+}  // namespace
+
+std::optional<CountedTexts> countTexts(const CsvForm& form, const std::vector<std::size_t>& wanted,
+                                       int threads, std::size_t block) {
+  std::vector<CsvTexts> texts(wanted.size());
+  CountingTable all(std::vector<int>(wanted.size(), 0), false);
+  for (const CsvForm::File& one : form.files) {
+    const BlockFile file(one);
+    if (!file.isUsable()) return std::nullopt;
+    std::vector<std::unique_ptr<CsvLines>> counters;
+    for (std::size_t i = 0; i < threadsFor(file, block, threads); ++i)
+      counters.push_back(
+          std::make_unique<CsvLines>(form.delimiter, file.returns(), form.fields, wanted, texts));
+    Work work{file, block, {}, {}, {}, {}};
+    if (!countFile(work, counters)) return std::nullopt;
+    for (const auto& counter : counters)
+      if (!all.combine(counter->table())) return std::nullopt;
+  }
+  CountedTexts counted;
+  for (const CsvTexts& column : texts) counted.texts.push_back(column.texts());
+  counted.patterns = all.finish();
+  return counted;
+}
+
+}  // namespace embedded::data
