@@ -44,6 +44,11 @@ def wide(bench, given):
     yield report.wide(variables, rows, subjects.wide(bench, variables, rows))
 
 
+def memory(bench, given):
+    rows = 10**5 if given.quick else 5 * 10**6
+    yield report.memory(rows, subjects.memory(bench, rows))
+
+
 def groups(bench, given):
     counts = [1_000, 10_000] if given.quick else [10_000, 50_000, 100_000]
     cells = subjects.cells_of(bench, 100)
@@ -63,6 +68,7 @@ def small(bench, _):
 SUBJECTS = {
     "files": files,
     "wide": wide,
+    "memory": memory,
     "groups": groups,
     "bootstrap": bootstrap,
     "small": small,
@@ -102,6 +108,9 @@ def main():
             for table in SUBJECTS[name](bench, given):
                 print(f"\n{table.text()}", flush=True)
                 tables.append(table)
+    for table in report.targets(tables):
+        print(f"\n{table.text()}", flush=True)
+        tables.insert(0, table)
     if given.write:
         report.write(pathlib.Path("docs/performance.md"), facts, rounds, tables)
 

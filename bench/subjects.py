@@ -21,6 +21,7 @@ class Bench:
     def __init__(self, build, threads, rounds):
         self.program = build / "bin" / "proportions"
         self.engine = build / "bin" / "bench_engine"
+        self.empty = build / "bin" / "bench_empty"
         self.peers = pathlib.Path(__file__).parent / "peers"
         self.threads = threads
         self.rounds = rounds
@@ -148,6 +149,20 @@ def groups(bench, count):
     return compare([reader], bench.rounds)[0]
 
 
+def memory(bench, rows):
+    """A fifth as many distinct cases as rows: as patterns, and one by one."""
+    query = f"SELECT i // 5 AS g, (hash(i // 5) % 3 = 0)::DOUBLE AS v FROM range({rows}) t(i)"
+    path = bench.make("memory.parquet", query)
+    command = "PROPORTIONS ONESAMPLE g v /SUCCESS VALUE=CUTPOINT(0.5)"
+    readers = [
+        bench.ours("as patterns", path, command, answer=successes),
+        bench.ours("case by case", path, command, "--case-by-case", answer=successes),
+    ]
+    results = compare(readers, bench.rounds)
+    path.unlink()
+    return results
+
+
 def cells_of(bench, count):
     query = f"SELECT i // 10 AS g, (hash(i) % 3 = 0)::DOUBLE AS v FROM range({count * 10}) t(i)"
     path = bench.make("cells.parquet", query)
@@ -176,7 +191,9 @@ def small(bench):
     return compare(
         [
             bench.ours("a run of 100 rows", path, "PROPORTIONS ONESAMPLE a b c d"),
+            bench.bare("bare engine, one row", "SELECT 1"),
             Reader("--version", [bench.program, "--version"], lambda _: None),
+            Reader("an empty program", [bench.empty], lambda _: None),
         ],
         max(bench.rounds, 5),
     )
