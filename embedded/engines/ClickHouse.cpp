@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <chrono>
 #include <cstdlib>
 #include <map>
 #include <random>
@@ -140,7 +141,7 @@ class ClickHouseResult final : public data::SqlResult {
       : door_(door),
         name_(randomName()),
         answer_(door.request(parameters(settings, query), query.text + " FORMAT RowBinary"),
-                door.options),
+                watched(door.options)),
         rows_(answer_, query.types, query.marked) {}
 
   ~ClickHouseResult() override {
@@ -171,6 +172,41 @@ class ClickHouseResult final : public data::SqlResult {
            (query.whole ? "&wait_end_of_query=1&buffer_size=" + std::to_string(heldBack) : "");
   }
 
+  // Options under which the listener is told of the query also by a server that tells nothing of it
+  // in the head of its answer: that one is asked, now and then.
+  ServerOptions watched(ServerOptions options) {
+    if (!options.progress) return options;
+    options.progress = [this, tell = options.progress](const data::Progress& told) {
+      if (told.rows == 0) ask();
+      tell(told.rows == 0 ? asked_ : told);
+    };
+    return options;
+  }
+
+  void ask() noexcept {
+    constexpr auto pace = std::chrono::seconds(1);
+    const auto now = std::chrono::steady_clock::now();
+    if (now < nextAsked_) return;
+    nextAsked_ = now + pace;
+    try {
+      ServerOptions options = door_.options;
+      options.timeout = 1.0;
+      options.progress = nullptr;
+      const std::string sql =
+          "SELECT toUInt64(sum(read_rows)), toUInt64(sum(total_rows_approx)) FROM "
+          "system.processes WHERE query_id = '" +
+          name_ + "' FORMAT RowBinary";
+      HttpAnswer answer(door_.request("", sql), options);
+      RowBinary rows(answer, {"UInt64", "UInt64"}, false);
+      std::vector<SqlValue> row;
+      if (answer.status() == 200 && rows.next(row) == RowBinary::Step::Row)
+        asked_ = {static_cast<std::uint64_t>(row[0].whole),
+                  static_cast<std::uint64_t>(row[1].whole)};
+    } catch (...) {
+      nextAsked_ = now + 60 * pace;  // it has other things to do
+    }
+  }
+
   // Nobody will read on: the server need not either. It is asked in passing.
   void kill() const noexcept {
     try {
@@ -188,6 +224,9 @@ class ClickHouseResult final : public data::SqlResult {
 
   const Door& door_;
   std::string name_;
+  data::Progress asked_;
+  std::chrono::steady_clock::time_point nextAsked_ =
+      std::chrono::steady_clock::now() + std::chrono::seconds(1);
   HttpAnswer answer_;
   RowBinary rows_;
   bool accepted_ = false;  // the status was looked at

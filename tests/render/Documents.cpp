@@ -31,6 +31,8 @@ class English : public embedded::output::Sentences {
       {"Parameter unknown ^1 ^2 ...", "/^2 has no parameter ^1."},
       {"Nearest name ^1", "Did you mean ^1?"},
       {"Cases read ^1", "^1 read"},
+      {"Read as patterns by sample ^1 ^2 ...",
+       "As ^1 patterns: of ^2 sampled cases at most a quarter are distinct."},
       {"Cases of invalid weight ^1", "^1 of invalid weight"},
       {"Missing system ^1 user ^2", "^1 system-missing, ^2 user-missing"},
       {"Differences are taken as ^1", "Differences are taken as ^1."},
@@ -301,6 +303,11 @@ Document oneSample() {
   Builder builder;
   builder.document.data.weight = "w";
   builder.document.data.seed = 42;
+  builder.document.data.asPatterns = true;
+  builder.document.data.reading =
+      Text::composite("Read as patterns by sample ^1 ^2 ...",
+                      {Text::number(5, embedded::output::NumberFormat::Count),
+                       Text::number(24, embedded::output::NumberFormat::Count)});
   builder.document.data.cases.invalidWeight = 1;
   builder.document.data.cases.missing = {{"smoker", {2, 1}}, {"rare", {0, 0}}};
   const VariablePtr smoker = yesNo("smoker", "Smokes daily", "no", "yes");
