@@ -303,7 +303,6 @@ Document oneSample() {
   Builder builder;
   builder.document.data.weight = "w";
   builder.document.data.seed = 42;
-  builder.document.data.asPatterns = true;
   builder.document.data.reading =
       Text::composite("Read as patterns by sample ^1 ^2 ...",
                       {Text::number(5, embedded::output::NumberFormat::Count),
