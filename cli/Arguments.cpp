@@ -10,7 +10,6 @@
 #include <utility>
 #include <vector>
 
-#include "ErrorText.h"
 #include "Help.h"
 #include "Invocation.h"
 #include "OutputFile.h"
@@ -19,7 +18,6 @@
 #include "embedded/errors/Error.h"
 #include "embedded/messages/Catalogue.h"
 #include "embedded/output/Values.h"
-#include "render/Phrase.h"
 #include "render/Renderer.h"
 
 namespace cli {
@@ -190,12 +188,6 @@ void addCounts(CLI::App& app, Arguments& arguments) {
   addOutput(app, arguments.output);
 }
 
-// The subcommand that the user asked for, with the program's name; the latter alone before one.
-std::string nameOfUse(const CLI::App& app) {
-  const auto chosen = app.get_subcommands();
-  return app.get_name() + (chosen.empty() ? "" : " " + chosen.front()->get_name());
-}
-
 // Says what stopped the reading of the command line: help, the version, or a mistake.
 // Returns the exit status.
 int answer(const CLI::App& app, const CLI::ParseError& stop,
@@ -206,10 +198,7 @@ int answer(const CLI::App& app, const CLI::ParseError& stop,
     output.commit();
     return 0;
   }
-  render::Context context;
-  context.sentences = &sentences;
-  std::cerr << errorLine(wrongUsage(stop), sentences)
-            << render::phrase(context, "Usage see ^1 ...", {nameOfUse(app) + " --help"}) << '\n';
+  std::cerr << wrongUsage(app, stop, sentences);
   return embedded::exitStatus(ErrorKind::Usage);
 }
 

@@ -6,6 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "ErrorText.h"
+#include "embedded/errors/Error.h"
+#include "embedded/text/Nearest.h"
+#include "render/Phrase.h"
+
 namespace cli {
 
 namespace {
@@ -36,10 +41,8 @@ std::string spaced(const std::string& choices) {
   return std::regex_replace(choices, std::regex(","), ", ");
 }
 
-}  // namespace
-
-Error wrongUsage(const CLI::ParseError& problem) {
-  const std::string text = problem.what();
+// The finding in the parser's text as an error.
+Error errorOf(const std::string& text) {
   for (const Finding& finding : findings) {
     std::smatch match;
     if (!std::regex_match(text, match, std::regex(finding.pattern))) {
@@ -52,6 +55,46 @@ Error wrongUsage(const CLI::ParseError& problem) {
     return Error(ErrorKind::Usage, finding.id, arguments);
   }
   return Error(ErrorKind::Usage, "Usage wrong ^1 ...", {text});
+}
+
+// The subcommand that was named, or the program before one.
+const CLI::App& useOf(const CLI::App& app) {
+  const auto named = app.get_subcommands();
+  return named.empty() ? app : *named.front();
+}
+
+// The name that could have been meant by a word: an option, or a subcommand.
+std::string nearestName(const CLI::App& use, const std::string& word) {
+  std::vector<std::string> names;
+  for (const CLI::Option* option : use.get_options()) {
+    for (const std::string& name : option->get_lnames()) {
+      names.push_back("--" + name);
+    }
+  }
+  for (const CLI::App* subcommand : use.get_subcommands({})) {
+    names.push_back(subcommand->get_name());
+  }
+  return embedded::text::nearest(word.substr(0, word.find('=')), names);
+}
+
+}  // namespace
+
+std::string wrongUsage(const CLI::App& app, const CLI::ParseError& problem,
+                       const embedded::output::Sentences& sentences) {
+  render::Context context;
+  context.sentences = &sentences;
+  const CLI::App& use = useOf(app);
+  const auto unknown = app.remaining(true);
+  // A subcommand that is missing may be one that was mistyped.
+  const bool isUnknown = !unknown.empty();
+  std::string text = errorLine(
+      errorOf(isUnknown ? CLI::ExtrasError({unknown.front()}).what() : problem.what()), sentences);
+  if (const std::string near = isUnknown ? nearestName(use, unknown.front()) : ""; !near.empty()) {
+    text.back() = ' ';
+    text += render::phrase(context, "Nearest name ^1", {near}) + "\n";
+  }
+  const std::string help = (&use == &app ? "" : app.get_name() + " ") + use.get_name() + " --help";
+  return text + render::phrase(context, "Usage see ^1 ...", {help}) + "\n";
 }
 
 }  // namespace cli

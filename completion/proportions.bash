@@ -56,7 +56,12 @@ _proportions() {
         -*) mapfile -t COMPREPLY < <(compgen -W "-h --help --language" -- "$word") ;;
         *) mapfile -t COMPREPLY < <(compgen -W "AGRESTI_CAFFO AGRESTI_COULL AGRESTI_MIN ANSCOMBE BONETT_PRICE BROWN_LI_JEFFREYS CLOPPER_PEARSON EXACT HAUCK_ANDERSON JEFFREYS LOGIT MCNEMAR MCNEMARCC MIDP NEWCOMBE NEWCOMBECC SCORE SCORECC WALD WALDCC WALDH0 WALDH0CC WILSON_SCORE WILSON_SCORECC" -- "$word") ;;
       esac ;;
-    *) mapfile -t COMPREPLY < <(compgen -W 'run counts describe methods -h --help --version --language --module' -- "$word") ;;
+    *)
+      case $before in
+        --language) mapfile -t COMPREPLY < <(compgen -W "en de es fr ja zh-CN" -- "$word"); return ;;
+        --module) mapfile -t COMPREPLY < <(compgen -f -- "$word"); return ;;
+      esac
+      mapfile -t COMPREPLY < <(compgen -W 'run counts describe methods -h --help --version --language --module' -- "$word") ;;
   esac
 }
 complete -o filenames -F _proportions proportions

@@ -93,7 +93,7 @@ std::string factsOf(Design design, MethodKind kind, const MethodInfo& method) {
                    method.isDefault ? ", and when nothing is asked for" : ""));
   fact(out, "Variant", method.variant);
   fact(out, "No value", method.canFail);
-  fact(out, "Source", method.source);
+  fact(out, "Source", fmt::format("[{}](sources.md)", method.source));
   out += fmt::format("\n```text\n{}\n```\n\n{}\n\n", method.formula,
                      letters[static_cast<std::size_t>(design)]);
   out += fmt::format("![{}]({}.svg)\n\n{}\n", caption.title, pageName(design, kind, method),

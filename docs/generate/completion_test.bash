@@ -23,6 +23,8 @@ offers() {
 
 offers 'describe' d
 offers '--version' --v
+offers 'de' --language d
+offers 'methods' --language de m
 offers '--format' run data.csv --form
 offers 'markdown' run data.csv --format m
 offers 'de' run data.csv --language d

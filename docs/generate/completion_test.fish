@@ -16,6 +16,7 @@ end
 
 offers 'proportions d' describe
 offers 'proportions --v' --version
+offers 'proportions --language d' de
 offers 'proportions run data.csv --form' --format
 offers 'proportions run data.csv --format m' markdown
 offers 'proportions run data.csv --language d' de

@@ -50,6 +50,8 @@ makes() {
 waits $folder/ready 1
 makes 'proportions d' 'proportions describe'
 makes 'proportions --v' 'proportions --version'
+makes 'proportions --language d' 'proportions --language de'
+makes 'proportions --language de m' 'proportions --language de methods'
 makes 'proportions run data.csv --form' 'proportions run data.csv --format'
 makes 'proportions run data.csv --format m' 'proportions run data.csv --format markdown'
 makes 'proportions run data.csv --language d' 'proportions run data.csv --language de'

@@ -97,9 +97,9 @@ def bash(top, commands, methods):
     def reply(what):
         return f'mapfile -t COMPREPLY < <(compgen {what} -- "$word")'
 
-    def cases(command):
+    def cases(options):
         names = {}  # by what follows them
-        for option in command.options:
+        for option in options:
             if option.choices:
                 action = reply(f'-W "{" ".join(option.choices)}"')
             elif option.value in FILES:
@@ -109,9 +109,8 @@ def bash(top, commands, methods):
             else:
                 continue
             names.setdefault(action, []).extend(option.names)
-        return "\n".join(
-            f"        {'|'.join(words)}) {action}; return ;;" for action, words in names.items()
-        )
+        lines = [f"        {'|'.join(words)}) {action}; return ;;\n" for action, words in names.items()]
+        return f"      case $before in\n{''.join(lines)}      esac\n" if lines else ""
 
     def names(options):
         return " ".join(name for option in options for name in option.names)
@@ -122,10 +121,8 @@ def bash(top, commands, methods):
         if command.positional == ["KEYWORD"]:
             plain = reply(f'-W "{" ".join(methods)}"')
         options = reply(f'-W "{names(command.options)}"')
-        known = cases(command)
-        known = f'      case $before in\n{known}\n      esac\n' if known else ""
         parts.append(
-            f"    {command.name})\n{known}"
+            f"    {command.name})\n{cases(command.options)}"
             f'      case $word in\n'
             f"        -*) {options} ;;\n"
             f"        *) {plain} ;;\n      esac ;;"
@@ -143,7 +140,8 @@ _proportions() {{
   done
   case $command in
 {chr(10).join(parts)}
-    *) {reply(f"-W '{subcommands} {names(top)}'")} ;;
+    *)
+{cases(top)}      {reply(f"-W '{subcommands} {names(top)}'")} ;;
   esac
 }}
 complete -o filenames -F _proportions proportions

@@ -129,7 +129,7 @@ TEST(Language, IsThatOfWrongUsage) {
   const std::pair<std::vector<std::string>, const char*> wrong[] = {
       {{}, "Il manque une sous-commande"},
       {{"run"}, "DATA manque."},
-      {{"run", "d", "e"}, "Ceci ne peut pas figurer ici : e"},
+      {{"run", "d", "e"}, "e ne peut pas figurer ici."},
       {{"run", "d", "--format", "poem"},
        "--format ne peut pas être poem ; les valeurs possibles sont : text, json, "},
       {{"run", "d", "--threads", "0"},
@@ -137,7 +137,7 @@ TEST(Language, IsThatOfWrongUsage) {
       {{"run", "d", "--timeout", "0"}, "un nombre de 0.1 à 1000000."},
       {{"run", "d", "--bootstrap", "9", "--seed", "-1"},
        "--seed ne peut pas être -1 ; c'est un nombre de 0 à 18446744073709551615."},
-      {{"counts", "1/2", "--level", "high"}, "La valeur de --level"},
+      {{"counts", "1/2", "--level", "high"}, "high n'est pas une valeur que --level puisse avoir."},
       {{"run", "d", "-c"}, "--command demande une valeur, qui manque."},
       {{"counts", "1/2", "--level", "9", "--level", "8"}, "--level ne peut figurer qu'une fois."},
       {{"run", "d", "--seed", "1"}, "--seed ne s'emploie qu'avec --bootstrap."},

@@ -98,6 +98,19 @@ TEST(Usage, ThatIsWrongIsRefused) {
   EXPECT_EQ(folder.files(), (std::vector<std::string>{"data.csv"}));
 }
 
+TEST(Usage, NamesWhatCouldHaveBeenMeant) {
+  const std::pair<std::vector<std::string>, const char*> mistyped[] = {
+      {{"count", "1/2"}, "count cannot stand here. Did you mean counts?"},
+      {{"counts", "1/2", "--formt", "csv"}, "--formt cannot stand here. Did you mean --format?"},
+      {{"counts", "1/2", "--lvel=90"}, "Did you mean --level?"}};
+  for (const auto& [words, text] : mistyped) {
+    const Outcome outcome = run(words);
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_NE(outcome.err.find(text), std::string::npos) << outcome.err;
+  }
+  EXPECT_EQ(run({"counts", "1/2", "--entirely-else"}).err.find("Did you mean"), std::string::npos);
+}
+
 TEST(Usage, ReadsTheCommandFromAFileAndOptionsInAnyOrder) {
   const Folder folder;
   folder.write("data.csv", "v,g,w\n1,a,1\n0,b,2\n");

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Every format holds the numbers of the document: the program's outputs of the same run, each read by a
-reader that knows nothing of the program, are compared with its json.
+reader that knows nothing of the program, are compared with its json, which its schema
+describes.
 
 Usage: read_back.py PROGRAM ROOT. Readers: csv and zipfile of Python, html.parser, and cmark-gfm for
 Markdown. LaTeX is compiled by script/prove.
@@ -14,6 +15,8 @@ import os
 import subprocess
 import sys
 import tempfile
+
+from jsonschema import Draft202012Validator
 
 PROGRAM, ROOT = (os.path.abspath(word) for word in sys.argv[1:3])
 MARK = '\u2020'  # at a bound that is the end of its range
@@ -187,8 +190,12 @@ def expect_equal(wanted, found, what):
 
 
 def main(folder):
+    with open(os.path.join(ROOT, 'docs/document.schema.json'), encoding='utf-8') as file:
+        schema = Draft202012Validator(json.load(file))
     for name, arguments in cases(folder):
         document = json.loads(output(arguments, 'json'))
+        problems = [f'{error.json_path}: {error.message}' for error in schema.iter_errors(document)]
+        expect(not problems, f'{name}, json: {problems[:3]}')
         numbers = values(document)
         expect(len(numbers) > 10 and all(math.isfinite(value) for value in numbers), f'{name}: no numbers')
         rendered = subprocess.run(['cmark-gfm', '--unsafe', '-e', 'table'], capture_output=True, check=True,

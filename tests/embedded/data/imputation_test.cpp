@@ -107,17 +107,5 @@ TEST_F(Imputations, StandAmongTheSplitsOnce) {
   EXPECT_EQ(openData(options).dictionary.splits.size(), 1U);
 }
 
-TEST(ImputationMessages, StandInTheEnglishCatalogue) {
-  std::ifstream file(PROJECT_ROOT "/embedded/messages/po/en.po");
-  std::ostringstream text;
-  text << file.rdbuf();
-  const std::string catalogue = std::regex_replace(text.str(), std::regex("\"\n\""), "");
-  for (const DataMessage& message : messages::ofImputations) {
-    std::string entry("msgid \"");
-    entry.append(message.id).append("\"\nmsgstr \"").append(message.english).append("\"\n");
-    EXPECT_NE(catalogue.find(entry), std::string::npos) << message.id;
-  }
-}
-
 }  // namespace
 }  // namespace embedded::data
