@@ -21,9 +21,9 @@ SETUP
 zpty shell "TERM=dumb zsh -f -i"
 zpty -w shell "answers=$folder/answers; source $folder/setup; print ready >$folder/ready"
 
-# waits FILE LINES: until the file has so many lines, at most ten seconds.
+# waits FILE LINES: until the file has so many lines; a shell that hangs is given two minutes.
 waits() {
-  repeat 1000; do
+  repeat 12000; do
     [[ -e $1 && $(wc -l <$1) -ge $2 ]] && return
     zpty -r -t shell >/dev/null
     sleep 0.01

@@ -129,8 +129,8 @@ class Draw {
   // A table as CSV; the values of a group come from few of those that a column may have.
   std::string table() {
     std::string text = "g,h,x,y,z,s,d,k,w\n";
-    const std::size_t groups = 1 + below(60);
-    const std::size_t rows = 1 + below(groups * 15);
+    const std::size_t groups = 20 + below(60);
+    const std::size_t rows = 1 + below(groups * 10);
     for (std::size_t row = 0; row < rows; ++row) {
       const std::size_t group = below(groups);
       text += group == 0 ? "" : std::to_string(group);
