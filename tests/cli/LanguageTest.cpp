@@ -98,6 +98,11 @@ TEST(Language, IsThatOfTheHelp) {
       EXPECT_FALSE(holds(outcome.out, "Usage:")) << outcome.out;
       EXPECT_FALSE(holds(outcome.out, " ...")) << outcome.out;
       EXPECT_EQ(namesOfOptions(outcome.out), namesOfOptions(english.out)) << tag << " " << use;
+      std::istringstream lines(outcome.out);
+      for (std::string line; std::getline(lines, line);) {
+        const bool described = line.find("  ", line.find("--")) != std::string::npos;
+        EXPECT_FALSE(described && holds(english.out, "\n" + line + "\n")) << tag << ":" << line;
+      }
     }
   }
   EXPECT_TRUE(holds(run({"run", "--help", "--language", "de"}).out, "Das Fallgewicht"));
