@@ -14,7 +14,6 @@
 #include "ProgressLine.h"
 #include "Terminal.h"
 #include "embedded/errors/Error.h"
-#include "render/Binary.h"
 #include "render/Messages.h"
 #include "render/Renderer.h"
 
@@ -49,7 +48,7 @@ const render::Format& chooseFormat(const OutputOptions& output) {
 // The format that is wanted, where it can be written.
 const render::Format& expectFormat(const OutputOptions& output) {
   const render::Format& format = chooseFormat(output);
-  if (render::isBinary(format) && output.path.empty() && writesToTerminal()) {
+  if (format.content == render::Content::Bytes && output.path.empty() && writesToTerminal()) {
     throw Error(ErrorKind::Usage, "No terminal can show ^1 ...", {std::string(format.name)});
   }
   return format;

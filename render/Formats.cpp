@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <array>
 
-#include "render/Binary.h"
 #include "render/Renderer.h"
 
 namespace render {
@@ -9,13 +8,13 @@ namespace render {
 namespace {
 
 constexpr std::array table{
-    Format{"text", "txt", false, true, renderText},
-    Format{"json", "json", true, true, renderJson},
-    Format{"csv", "csv", true, false, renderCsv, renderCsvHeader, renderCsvRows},
-    Format{"html", "html htm", false, true, renderHtml},
-    Format{"markdown", "md markdown", false, true, renderMarkdown},
-    Format{"latex", "tex", false, true, renderLatex},
-    Format{"xlsx", "xlsx", false, true, renderXlsx},
+    Format{"text", "txt", Content::Text, false, true, renderText},
+    Format{"json", "json", Content::Text, true, true, renderJson},
+    Format{"csv", "csv", Content::Text, true, false, renderCsv, renderCsvHeader, renderCsvRows},
+    Format{"html", "html htm", Content::Text, false, true, renderHtml},
+    Format{"markdown", "md markdown", Content::Text, false, true, renderMarkdown},
+    Format{"latex", "tex", Content::Text, false, true, renderLatex},
+    Format{"xlsx", "xlsx", Content::Bytes, false, true, renderXlsx},
 };
 
 bool lists(std::string_view endings, std::string_view ending) {
@@ -39,10 +38,6 @@ const Format* findFormat(std::string_view name) {
   const auto found =
       std::find_if(table.begin(), table.end(), [&](const Format& f) { return f.name == name; });
   return found == table.end() ? nullptr : &*found;
-}
-
-bool isBinary(const Format& format) {
-  return format.render == renderXlsx;
 }
 
 const Format* formatOfFile(std::string_view path) {

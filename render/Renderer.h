@@ -28,12 +28,16 @@ struct Context {
 // Writes the whole document. Errors of the stream are left in the stream.
 using Render = void (*)(const Document& document, const Context& context, std::ostream& out);
 
+// Whether a terminal can show what a format consists of.
+enum class Content : bool { Text, Bytes };
+
 // One output format: a row of the table of formats.
 struct Format {
   std::string_view name;     // as written after --format
   std::string_view endings;  // of file names, separated by blanks
-  bool forMachines;          // read by programs
-  bool holdsMessages;        // a refused command is written too, with its messages
+  Content content;
+  bool forMachines;    // read by programs
+  bool holdsMessages;  // a refused command is written too, with its messages
   Render render;
   // Of a format whose document can leave in parts, whole split groups each: what stands before the
   // first part, and a part. What they write together is what `render` writes. Null for the others.
