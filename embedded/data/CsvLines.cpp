@@ -120,6 +120,7 @@ const char* CsvLines::codeLine(const char* at) {
 bool CsvLines::count() {
   std::vector<const OBS*> columns;
   for (const Field& field : fields_) columns.push_back(field.coded.data());
+  counted_ += lines_;
   return table_.add(columns, std::exchange(lines_, 0));
 }
 

@@ -102,10 +102,11 @@ PatternBatch batchOf(const CountedTexts& counted, const std::vector<ValueColumn>
 }  // namespace
 
 std::optional<CountedPatterns> countCsvPatterns(Engine& engine, const CsvSource& source,
-                                                const ScanRequest& request, int threads,
+                                                const ScanRequest& request,
+                                                const CsvReading& reading,
                                                 const std::string& scratch) {
   const std::vector<std::size_t> wanted = wantedColumns(request);
-  const std::optional<CountedTexts> counted = countTexts(source.form(), wanted, threads);
+  const std::optional<CountedTexts> counted = countTexts(source.form(), wanted, reading);
   if (!counted) return std::nullopt;
   CountedPatterns patterns;
   patterns.faults.resize(request.columns.size());
