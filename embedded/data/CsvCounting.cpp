@@ -157,7 +157,7 @@ bool countFile(Work& work, std::span<const std::unique_ptr<CsvLines>> counters,
     try {
       for (const auto& counter : counters.subspan(1))
         threads.emplace_back([&work, &counter] { countBlocks(work, *counter, {}); });
-    } catch (const std::system_error&) {
+    } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch)
       // Fewer threads are to be had; they do it all.
     }
     countBlocks(work, *counters.front(), progress);
@@ -184,10 +184,10 @@ std::optional<CountedTexts> countTexts(const CsvForm& form, const std::vector<st
   for (const CsvForm::File& one : form.files) {
     const BlockFile file(one);
     if (!file.isUsable()) return std::nullopt;
-    std::vector<std::unique_ptr<CsvLines>> counters;
-    for (std::size_t i = 0; i < threadsFor(file, reading); ++i)
-      counters.push_back(
-          std::make_unique<CsvLines>(form.delimiter, file.returns(), form.fields, wanted, texts));
+    std::vector<std::unique_ptr<CsvLines>> counters(threadsFor(file, reading));
+    for (auto& counter : counters)
+      counter =
+          std::make_unique<CsvLines>(form.delimiter, file.returns(), form.fields, wanted, texts);
     Work work{file, reading.block, read, {}, {}, {}, {}};
     if (!countFile(work, counters, reading.progress)) return std::nullopt;
     for (const auto& counter : counters)

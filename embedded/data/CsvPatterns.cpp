@@ -22,6 +22,7 @@ struct ValueColumn {
 
 std::vector<std::size_t> wantedColumns(const ScanRequest& request) {
   std::vector<std::size_t> wanted;
+  wanted.reserve(request.columns.size());
   for (const ColumnRead& read : request.columns)
     wanted.push_back(static_cast<std::size_t>(read.column));
   std::ranges::sort(wanted);
