@@ -39,6 +39,7 @@ class BlockFile {
 
   bool isUsable() const { return usable_; }
   bool returns() const { return returns_; }
+  std::size_t size() const { return size_; }
   std::size_t blocks(std::size_t block) const { return (size_ - begin_ + block - 1) / block; }
 
   // The lines that begin in a block, with CsvLines::padding behind them. False when they cannot be
@@ -100,26 +101,46 @@ class BlockFile {
   bool usable_ = false;
 };
 
+// How far all files together have come.
+struct Read {
+  std::size_t all = 0;  // bytes of the files
+  std::atomic<std::uint64_t> bytes = 0;
+  std::atomic<std::uint64_t> lines = 0;
+
+  Progress progress() const {
+    const auto whole = static_cast<double>(all) / static_cast<double>(bytes);
+    return {lines, static_cast<std::uint64_t>(static_cast<double>(lines) * std::max(whole, 1.0))};
+  }
+};
+
 // What the threads of one file share.
 struct Work {
   const BlockFile& file;
   std::size_t block;
+  Read& read;
   std::atomic<std::size_t> next = 0;  // the next block that nobody has taken
   std::atomic<bool> stopped = false;
   std::mutex mutex;
   std::exception_ptr problem;  // guarded by the mutex
 };
 
-// One thread's share. Nothing is thrown: what goes wrong is left in the work.
-void countBlocks(Work& work, CsvLines& counter) noexcept {
+// One thread's share; `progress` may be empty. Nothing is thrown: what goes wrong is left in the
+// work.
+void countBlocks(Work& work, CsvLines& counter, const ProgressListener& progress) noexcept {
   try {
     std::vector<char> buffer;
     std::span<const char> lines;
     const std::size_t blocks = work.file.blocks(work.block);
     for (std::size_t index = work.next++; index < blocks; index = work.next++) {
       if (work.stopped || Session::cancelled.load(std::memory_order_relaxed)) return;
-      if (!work.file.read(index, work.block, buffer, lines) || !counter.add(lines))
+      const std::uint64_t before = counter.lines();
+      if (!work.file.read(index, work.block, buffer, lines) || !counter.add(lines)) {
         work.stopped = true;
+        return;
+      }
+      work.read.bytes += lines.size();
+      work.read.lines += counter.lines() - before;
+      if (progress && work.read.bytes > 0) progress(work.read.progress());
     }
   } catch (...) {
     const std::scoped_lock lock(work.mutex);
@@ -129,43 +150,46 @@ void countBlocks(Work& work, CsvLines& counter) noexcept {
 }
 
 // Counts a file by several threads, this one among them; false as countTexts() has nothing.
-bool countFile(Work& work, std::span<const std::unique_ptr<CsvLines>> counters) {
+bool countFile(Work& work, std::span<const std::unique_ptr<CsvLines>> counters,
+               const ProgressListener& progress) {
   {
     std::vector<std::jthread> threads;
     try {
       for (const auto& counter : counters.subspan(1))
-        threads.emplace_back([&work, &counter] { countBlocks(work, *counter); });
-    } catch (const std::system_error&) {
+        threads.emplace_back([&work, &counter] { countBlocks(work, *counter, {}); });
+    } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch)
       // Fewer threads are to be had; they do it all.
     }
-    countBlocks(work, *counters.front());
+    countBlocks(work, *counters.front(), progress);
   }
   if (work.problem) std::rethrow_exception(work.problem);
   Session::checkCancelled();
   return !work.stopped;
 }
 
-std::size_t threadsFor(const BlockFile& file, std::size_t block, int threads) {
-  const auto wanted = threads > 0 ? static_cast<unsigned>(threads)
-                                  : std::max(1U, std::thread::hardware_concurrency());
-  return std::clamp<std::size_t>(file.blocks(block), 1, wanted);
+std::size_t threadsFor(const BlockFile& file, const CsvReading& reading) {
+  const auto wanted = reading.threads > 0 ? static_cast<unsigned>(reading.threads)
+                                          : std::max(1U, std::thread::hardware_concurrency());
+  return std::clamp<std::size_t>(file.blocks(reading.block), 1, wanted);
 }
 
 }  // namespace
 
 std::optional<CountedTexts> countTexts(const CsvForm& form, const std::vector<std::size_t>& wanted,
-                                       int threads, std::size_t block) {
+                                       const CsvReading& reading) {
   std::vector<CsvTexts> texts(wanted.size());
   CountingTable all(std::vector<int>(wanted.size(), 0), false);
+  Read read;
+  for (const CsvForm::File& one : form.files) read.all += BlockFile(one).size();
   for (const CsvForm::File& one : form.files) {
     const BlockFile file(one);
     if (!file.isUsable()) return std::nullopt;
-    std::vector<std::unique_ptr<CsvLines>> counters;
-    for (std::size_t i = 0; i < threadsFor(file, block, threads); ++i)
-      counters.push_back(
-          std::make_unique<CsvLines>(form.delimiter, file.returns(), form.fields, wanted, texts));
-    Work work{file, block, {}, {}, {}, {}};
-    if (!countFile(work, counters)) return std::nullopt;
+    std::vector<std::unique_ptr<CsvLines>> counters(threadsFor(file, reading));
+    for (auto& counter : counters)
+      counter =
+          std::make_unique<CsvLines>(form.delimiter, file.returns(), form.fields, wanted, texts);
+    Work work{file, reading.block, read, {}, {}, {}, {}};
+    if (!countFile(work, counters, reading.progress)) return std::nullopt;
     for (const auto& counter : counters)
       if (!all.combine(counter->table())) return std::nullopt;
   }

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "Progress.h"
 #include "Relation.h"
 
 namespace embedded::data {
@@ -30,11 +31,17 @@ struct CountedTexts {
   PatternBatch patterns;                        // a row holds the code of each column, as a number
 };
 
-// Counts the texts of the columns at the indices `wanted`, ascending, by up to `threads` threads,
-// 0 for as many as the machine has; a file is cut in blocks of `block` bytes. Nothing when a file
-// is not plain CSV (as CsvLines has it), holds too many different texts, or changes meanwhile:
-// another reader must tell then. Throws Error(Cancelled).
+// How they are read.
+struct CsvReading {
+  int threads = 0;                            // 0: as many as the machine has
+  ProgressListener progress = {};             // told after each block that this thread has read
+  std::size_t block = std::size_t{1} << 20U;  // bytes; files are cut in such blocks
+};
+
+// Counts the texts of the columns at the indices `wanted`, ascending. Nothing when a file is not
+// plain CSV (as CsvLines has it), holds too many different texts, or changes meanwhile: another
+// reader must tell then. Throws Error(Cancelled).
 std::optional<CountedTexts> countTexts(const CsvForm& form, const std::vector<std::size_t>& wanted,
-                                       int threads, std::size_t block = std::size_t{1} << 20U);
+                                       const CsvReading& reading);
 
 }  // namespace embedded::data

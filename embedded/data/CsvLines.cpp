@@ -103,7 +103,8 @@ const char* CsvLines::codeLine(const char* at) {
     if ((*end == '\n') != (column == last)) return nullptr;
     const char* const next = end + 1;
     if (column == last) {
-      if (returns_ && (end == at || *--end != '\r')) return nullptr;
+      if (returns_ && (end == at || end[-1] != '\r')) return nullptr;
+      if (returns_) --end;
       if (end == line) return nullptr;  // a blank line
     }
     if (const int field = fieldOf_[column]; field >= 0) {
@@ -119,7 +120,9 @@ const char* CsvLines::codeLine(const char* at) {
 
 bool CsvLines::count() {
   std::vector<const OBS*> columns;
+  columns.reserve(fields_.size());
   for (const Field& field : fields_) columns.push_back(field.coded.data());
+  counted_ += lines_;
   return table_.add(columns, std::exchange(lines_, 0));
 }
 

@@ -28,6 +28,8 @@ class CsvLines {
   // different to be counted so: the object is useless then.
   bool add(std::span<const char> lines);
   const CountingTable& table() const { return table_; }
+  // How many lines were counted.
+  std::uint64_t lines() const { return counted_; }
 
  private:
   bool isPlain(std::span<const char> lines) const;
@@ -44,8 +46,9 @@ class CsvLines {
   bool returns_;
   std::vector<int> fieldOf_;  // of each column, the index of its field; negative: not wanted
   std::vector<Field> fields_;
-  std::size_t lines_ = 0;  // coded and not counted yet
-  CountingTable table_;    // its values are codes
+  std::size_t lines_ = 0;      // coded and not counted yet
+  std::uint64_t counted_ = 0;  // the others
+  CountingTable table_;        // its values are codes
 };
 
 }  // namespace embedded::data

@@ -22,6 +22,7 @@ struct ValueColumn {
 
 std::vector<std::size_t> wantedColumns(const ScanRequest& request) {
   std::vector<std::size_t> wanted;
+  wanted.reserve(request.columns.size());
   for (const ColumnRead& read : request.columns)
     wanted.push_back(static_cast<std::size_t>(read.column));
   std::ranges::sort(wanted);
@@ -102,10 +103,11 @@ PatternBatch batchOf(const CountedTexts& counted, const std::vector<ValueColumn>
 }  // namespace
 
 std::optional<CountedPatterns> countCsvPatterns(Engine& engine, const CsvSource& source,
-                                                const ScanRequest& request, int threads,
+                                                const ScanRequest& request,
+                                                const CsvReading& reading,
                                                 const std::string& scratch) {
   const std::vector<std::size_t> wanted = wantedColumns(request);
-  const std::optional<CountedTexts> counted = countTexts(source.form(), wanted, threads);
+  const std::optional<CountedTexts> counted = countTexts(source.form(), wanted, reading);
   if (!counted) return std::nullopt;
   CountedPatterns patterns;
   patterns.faults.resize(request.columns.size());

@@ -14,7 +14,8 @@ namespace embedded::data {
 // files are not plain, hold too many different texts, or a text is not what its column is to be:
 // the engine reads them then, and says what is wrong. Throws Error(Cancelled).
 std::optional<CountedPatterns> countCsvPatterns(Engine& engine, const CsvSource& source,
-                                                const ScanRequest& request, int threads,
+                                                const ScanRequest& request,
+                                                const CsvReading& reading,
                                                 const std::string& scratch);
 
 }  // namespace embedded::data

@@ -81,6 +81,7 @@ namespace embedded::data {
 
 // Where the functions stand in the library.
 struct DuckDbLibrary {
+// NOLINTNEXTLINE(bugprone-macro-parentheses): a name that is declared
 #define EMBEDDED_DUCKDB_POINTER(name) decltype(&::name) name = nullptr;
   EMBEDDED_DUCKDB_FUNCTIONS(EMBEDDED_DUCKDB_POINTER)
 #undef EMBEDDED_DUCKDB_POINTER

@@ -28,7 +28,7 @@ class DuckDbRelation final : public Relation {
  public:
   DuckDbRelation(DataAddress address, const RelationOptions& options)
       : address_(std::move(address)),
-        threads_(options.threads),
+        reading_{options.threads, options.progress},
         engine_({options.threads, options.memory, (folder_.path() / "spill").string(),
                  options.progress}) {
     if (address_.standardInput) spool();
@@ -83,7 +83,7 @@ class DuckDbRelation final : public Relation {
   }
 
   DataAddress address_;
-  int threads_;
+  CsvReading reading_;
   TemporaryFolder folder_;  // outlives the engine, which may hold files in it
   Engine engine_;
   std::unique_ptr<TableSource> table_;
@@ -294,7 +294,7 @@ CountedRows DuckDbRelation::countedRows(const ScanRequest& request) const {
 std::optional<CountedPatterns> DuckDbRelation::counted(const ScanRequest& request) {
   requireUnchanged();
   if (const auto* csv = dynamic_cast<const CsvSource*>(table_.get()))
-    if (auto patterns = countCsvPatterns(engine_, *csv, request, threads_,
+    if (auto patterns = countCsvPatterns(engine_, *csv, request, reading_,
                                          (folder_.path() / "texts.csv").string()))
       return patterns;
   return guarded(request.columns,

@@ -3,6 +3,7 @@
 
 #include <map>
 #include <random>
+#include <thread>
 
 #include "Support.h"
 #include "embedded/data/CsvCounting.h"
@@ -31,7 +32,7 @@ class CsvCounting : public DataTest {
     std::getline(stream, header);
     if (header.ends_with('\r')) header.pop_back();
     const CsvForm form{{{file, header.size()}}, delimiter, fields};
-    const auto texts = countTexts(form, wanted, threads, block);
+    const auto texts = countTexts(form, wanted, {threads, {}, block});
     if (!texts) return std::nullopt;
     Lines lines;
     for (std::size_t i = 0; i < texts->patterns.counts.size(); ++i) {
@@ -126,6 +127,26 @@ TEST_F(CsvCounting, LeavesToTheEngineColumnsOfManyTexts) {
   const std::string file = write("data.csv", content);
   EXPECT_FALSE(counted(file, 2, {0}).has_value());
   EXPECT_EQ(counted(file, 2, {1}), (Lines{{{"1"}, 5000}}));
+}
+
+TEST_F(CsvCounting, TellsHowFarItHasCome) {
+  std::string content = "a,b\n";
+  for (int i = 0; i < 1000; ++i) content += "1,0\n";
+  const CsvForm form{{{write("1.csv", content), 3}, {write("2.csv", content), 3}}, ',', 2};
+  std::vector<Progress> told;
+  const auto asking = std::this_thread::get_id();
+  const auto listener = [&](const Progress& progress) {
+    EXPECT_EQ(std::this_thread::get_id(), asking);
+    told.push_back(progress);
+  };
+  ASSERT_TRUE(countTexts(form, {0}, {1, listener, 100}));
+  EXPECT_EQ(told.size(), 80U) << "blocks of 100 bytes of two files of 4000";
+  EXPECT_EQ(told.front().rows, 25U);
+  EXPECT_EQ(told.back().rows, 2000U);
+  for (const Progress& progress : told) EXPECT_NEAR(static_cast<double>(progress.total), 2000, 3);
+  told.clear();
+  ASSERT_TRUE(countTexts(form, {0}, {3, listener, 100}));
+  for (const Progress& progress : told) EXPECT_LE(progress.rows, 2000U);
 }
 
 // The same cases twice: as they are, and beside a column with quotes, which the engine has to read.
