@@ -8,8 +8,10 @@ namespace cli {
 
 class DescriptorBuffer final : public std::streambuf {
  public:
-  // Writes to the descriptor, which stays open; -1 takes nothing.
+  // Writes to the descriptor, which it does not close.
   explicit DescriptorBuffer(int descriptor);
+  // Writes what comes from now on to another one.
+  void redirect(int descriptor) { descriptor_ = descriptor; }
 
   // The reason of the first failure, as in errno; 0 when there was none.
   int problem() const { return problem_; }

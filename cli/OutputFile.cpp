@@ -18,12 +18,10 @@ constexpr mode_t permissions = 0666;  // less what the user's mask takes
 
 }  // namespace
 
-OutputFile::OutputFile(std::string path) : path_(std::move(path)), descriptor_(STDOUT_FILENO) {
+OutputFile::OutputFile(std::string path) : path_(std::move(path)), buffer_(STDOUT_FILENO) {
   if (!path_.empty()) {
     open();
   }
-  buffer_.emplace(descriptor_);
-  stream_.emplace(&*buffer_);
 }
 
 // A device or a pipe is written to as it is; there is nothing to keep whole.
@@ -39,6 +37,7 @@ void OutputFile::open() {
   if (descriptor_ < 0) {
     fail(std::strerror(errno));
   }
+  buffer_.redirect(descriptor_);
   beside_ = special ? "" : target;
 }
 
@@ -48,7 +47,7 @@ void OutputFile::fail(const std::string& reason) const {
 }
 
 OutputFile::~OutputFile() {
-  if (!path_.empty() && descriptor_ >= 0) {
+  if (descriptor_ >= 0) {
     close(descriptor_);
   }
   if (!beside_.empty()) {
@@ -59,8 +58,8 @@ OutputFile::~OutputFile() {
 
 void OutputFile::check() {
   stream().flush();
-  if (buffer_->problem() != 0 || !stream()) {
-    fail(std::strerror(buffer_->problem() != 0 ? buffer_->problem() : EIO));
+  if (buffer_.problem() != 0 || !stream_) {
+    fail(std::strerror(buffer_.problem() != 0 ? buffer_.problem() : EIO));
   }
 }
 

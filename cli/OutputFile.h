@@ -1,7 +1,6 @@
 // An output file that is there whole or not at all.
 #pragma once
 
-#include <optional>
 #include <ostream>
 #include <string>
 
@@ -19,7 +18,7 @@ class OutputFile {
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
 
-  std::ostream& stream() { return *stream_; }
+  std::ostream& stream() { return stream_; }
   // Hands on what was written so far. Throws Error(Output), with the reason, when some of it could
   // not be.
   void check();
@@ -32,10 +31,10 @@ class OutputFile {
   void open();
 
   std::string path_;
-  std::string beside_;  // empty: written to as it is
-  int descriptor_;
-  std::optional<DescriptorBuffer> buffer_;
-  std::optional<std::ostream> stream_;
+  std::string beside_;   // empty: written to as it is
+  int descriptor_ = -1;  // of the file
+  DescriptorBuffer buffer_;
+  std::ostream stream_{&buffer_};
 };
 
 }  // namespace cli

@@ -52,9 +52,9 @@ Error errorOf(const std::string& text) {
     if (arguments.size() == 3) {
       arguments.back() = spaced(arguments.back());
     }
-    return Error(ErrorKind::Usage, finding.id, arguments);
+    return {ErrorKind::Usage, finding.id, arguments};
   }
-  return Error(ErrorKind::Usage, "Usage wrong ^1 ...", {text});
+  return {ErrorKind::Usage, "Usage wrong ^1 ...", {text}};
 }
 
 // The subcommand that was named, or the program before one.
