@@ -110,8 +110,43 @@ struct Work {
   std::exception_ptr problem;  // guarded by the mutex
 };
 
+// Tells how far the work has come, as the lines of a file's first block let guess: looking for the
+// ends of all lines once more would be dear. One thread tells.
+class Teller {
+ public:
+  // The lines there are to read are told of a file that is the only one.
+  Teller(const ProgressListener& progress, bool isOnly) : progress_(progress), isOnly_(isOnly) {}
+
+  void begin() {
+    before_ = told_;
+    bytesPerLine_ = 0.0;
+  }
+
+  // So many blocks of the file are done; `lines` are those of one of them.
+  void tell(const Work& work, std::size_t done, std::span<const char> lines) {
+    if (!progress_) return;
+    if (bytesPerLine_ == 0.0) {
+      const auto count = static_cast<double>(std::ranges::count(lines, '\n'));
+      bytesPerLine_ = std::max(static_cast<double>(lines.size()) / std::max(count, 1.0), 1.0);
+    }
+    const auto linesIn = [&](std::size_t blocks) {
+      const double bytes = static_cast<double>(blocks * work.block);
+      return static_cast<std::uint64_t>(bytes / bytesPerLine_);
+    };
+    told_ = before_ + linesIn(done);
+    progress_({told_, isOnly_ ? linesIn(work.file.blocks(work.block)) : 0});
+  }
+
+ private:
+  const ProgressListener& progress_;
+  bool isOnly_;
+  std::uint64_t before_ = 0;  // lines of the files before
+  std::uint64_t told_ = 0;
+  double bytesPerLine_ = 0.0;
+};
+
 // One thread's share. Nothing is thrown: what goes wrong is left in the work.
-void countBlocks(Work& work, CsvLines& counter) noexcept {
+void countBlocks(Work& work, CsvLines& counter, Teller* teller) noexcept {
   try {
     std::vector<char> buffer;
     std::span<const char> lines;
@@ -120,6 +155,8 @@ void countBlocks(Work& work, CsvLines& counter) noexcept {
       if (work.stopped || Session::cancelled.load(std::memory_order_relaxed)) return;
       if (!work.file.read(index, work.block, buffer, lines) || !counter.add(lines))
         work.stopped = true;
+      else if (teller != nullptr)
+        teller->tell(work, index + 1, lines);
     }
   } catch (...) {
     const std::scoped_lock lock(work.mutex);
@@ -129,16 +166,16 @@ void countBlocks(Work& work, CsvLines& counter) noexcept {
 }
 
 // Counts a file by several threads, this one among them; false as countTexts() has nothing.
-bool countFile(Work& work, std::span<const std::unique_ptr<CsvLines>> counters) {
+bool countFile(Work& work, std::span<const std::unique_ptr<CsvLines>> counters, Teller& teller) {
   {
     std::vector<std::jthread> threads;
     try {
       for (const auto& counter : counters.subspan(1))
-        threads.emplace_back([&work, &counter] { countBlocks(work, *counter); });
+        threads.emplace_back([&work, &counter] { countBlocks(work, *counter, nullptr); });
     } catch (const std::system_error&) {
       // Fewer threads are to be had; they do it all.
     }
-    countBlocks(work, *counters.front());
+    countBlocks(work, *counters.front(), &teller);
   }
   if (work.problem) std::rethrow_exception(work.problem);
   Session::checkCancelled();
@@ -154,9 +191,11 @@ std::size_t threadsFor(const BlockFile& file, std::size_t block, int threads) {
 }  // namespace
 
 std::optional<CountedTexts> countTexts(const CsvForm& form, const std::vector<std::size_t>& wanted,
-                                       int threads, std::size_t block) {
+                                       int threads, std::size_t block,
+                                       const ProgressListener& progress) {
   std::vector<CsvTexts> texts(wanted.size());
   CountingTable all(std::vector<int>(wanted.size(), 0), false);
+  Teller teller(progress, form.files.size() == 1);
   for (const CsvForm::File& one : form.files) {
     const BlockFile file(one);
     if (!file.isUsable()) return std::nullopt;
@@ -165,7 +204,8 @@ std::optional<CountedTexts> countTexts(const CsvForm& form, const std::vector<st
       counters.push_back(
           std::make_unique<CsvLines>(form.delimiter, file.returns(), form.fields, wanted, texts));
     Work work{file, block, {}, {}, {}, {}};
-    if (!countFile(work, counters)) return std::nullopt;
+    teller.begin();
+    if (!countFile(work, counters, teller)) return std::nullopt;
     for (const auto& counter : counters)
       if (!all.combine(counter->table())) return std::nullopt;
   }

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "Progress.h"
 #include "Relation.h"
 
 namespace embedded::data {
@@ -30,11 +31,15 @@ struct CountedTexts {
   PatternBatch patterns;                        // a row holds the code of each column, as a number
 };
 
+// Bytes of a file that are counted at once.
+inline constexpr std::size_t blockOfFile = std::size_t{1} << 20U;
+
 // Counts the texts of the columns at the indices `wanted`, ascending, by up to `threads` threads,
 // 0 for as many as the machine has; a file is cut in blocks of `block` bytes. Nothing when a file
 // is not plain CSV (as CsvLines has it), holds too many different texts, or changes meanwhile:
-// another reader must tell then. Throws Error(Cancelled).
+// another reader must tell then. `progress` is told estimates. Throws Error(Cancelled).
 std::optional<CountedTexts> countTexts(const CsvForm& form, const std::vector<std::size_t>& wanted,
-                                       int threads, std::size_t block = std::size_t{1} << 20U);
+                                       int threads, std::size_t block = blockOfFile,
+                                       const ProgressListener& progress = {});
 
 }  // namespace embedded::data

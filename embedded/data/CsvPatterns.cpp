@@ -103,9 +103,11 @@ PatternBatch batchOf(const CountedTexts& counted, const std::vector<ValueColumn>
 
 std::optional<CountedPatterns> countCsvPatterns(Engine& engine, const CsvSource& source,
                                                 const ScanRequest& request, int threads,
-                                                const std::string& scratch) {
+                                                const std::string& scratch,
+                                                const ProgressListener& progress) {
   const std::vector<std::size_t> wanted = wantedColumns(request);
-  const std::optional<CountedTexts> counted = countTexts(source.form(), wanted, threads);
+  const std::optional<CountedTexts> counted =
+      countTexts(source.form(), wanted, threads, blockOfFile, progress);
   if (!counted) return std::nullopt;
   CountedPatterns patterns;
   patterns.faults.resize(request.columns.size());

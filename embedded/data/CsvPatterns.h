@@ -15,6 +15,7 @@ namespace embedded::data {
 // the engine reads them then, and says what is wrong. Throws Error(Cancelled).
 std::optional<CountedPatterns> countCsvPatterns(Engine& engine, const CsvSource& source,
                                                 const ScanRequest& request, int threads,
-                                                const std::string& scratch);
+                                                const std::string& scratch,
+                                                const ProgressListener& progress = {});
 
 }  // namespace embedded::data

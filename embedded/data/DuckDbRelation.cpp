@@ -29,6 +29,7 @@ class DuckDbRelation final : public Relation {
   DuckDbRelation(DataAddress address, const RelationOptions& options)
       : address_(std::move(address)),
         threads_(options.threads),
+        progress_(options.progress),
         engine_({options.threads, options.memory, (folder_.path() / "spill").string(),
                  options.progress}) {
     if (address_.standardInput) spool();
@@ -84,6 +85,7 @@ class DuckDbRelation final : public Relation {
 
   DataAddress address_;
   int threads_;
+  ProgressListener progress_;
   TemporaryFolder folder_;  // outlives the engine, which may hold files in it
   Engine engine_;
   std::unique_ptr<TableSource> table_;
@@ -295,7 +297,7 @@ std::optional<CountedPatterns> DuckDbRelation::counted(const ScanRequest& reques
   requireUnchanged();
   if (const auto* csv = dynamic_cast<const CsvSource*>(table_.get()))
     if (auto patterns = countCsvPatterns(engine_, *csv, request, threads_,
-                                         (folder_.path() / "texts.csv").string()))
+                                         (folder_.path() / "texts.csv").string(), progress_))
       return patterns;
   return guarded(request.columns,
                  [&] { return countPatterns(engine_, countedRows(request), request); });
