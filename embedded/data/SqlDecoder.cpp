@@ -92,6 +92,9 @@ void SqlDecoder::inexact(const std::string& text) const {
 
 std::string_view SqlDecoder::validText(std::string_view text) const {
   if (!isAscii(text) && !isUtf8(text)) fail(messages::textEncoding, {source_, name_});
+  // As an observation such a text could pass for a null one.
+  if (text.find('\0') != std::string_view::npos)
+    fail(messages::unreadable, {source_ + ", " + name_, "Reason holds a NUL byte ..."});
   return text;
 }
 

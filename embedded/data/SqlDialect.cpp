@@ -12,7 +12,8 @@ namespace {
 // one.
 std::string quoted(std::string_view text, char quote, bool backslashEscapes) {
   if (text.find('\0') != std::string_view::npos)
-    fail(messages::unreadable, {std::string(text.substr(0, text.find('\0'))), "a NUL byte"});
+    fail(messages::unreadable,
+         {std::string(text.substr(0, text.find('\0'))), "Reason holds a NUL byte ..."});
   std::string result(1, quote);
   for (const char byte : text) {
     if (byte == quote) result += backslashEscapes ? '\\' : quote;
@@ -26,7 +27,7 @@ std::string quoted(std::string_view text, char quote, bool backslashEscapes) {
 
 std::string SqlDialect::identifier(std::string_view name) const {
   if (longestIdentifier != 0 && name.size() > longestIdentifier)
-    fail(messages::unreadable, {std::string(name), "the name is longer than the engine keeps"});
+    fail(messages::unreadable, {std::string(name), "Reason name too long ..."});
   return quoted(name, identifierQuote, backslashEscapes);
 }
 

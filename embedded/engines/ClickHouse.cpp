@@ -302,7 +302,7 @@ class ClickHouse final : public data::SqlServer {
              " AND table = " + dialect().text(table) + " AND default_kind != 'EPHEMERAL'"))
       columns_.push_back({name, type, clickHouseType(type).kind});
     if (columns_.empty())
-      fail(messages::noServerTable, {door_.options.source, "the database has none of that name"});
+      fail(messages::noServerTable, {door_.options.source, "Reason no table of that name ..."});
   }
 
   Door door_;

@@ -224,6 +224,18 @@ TEST_F(Refused, ATextThatIsNotUtf8) {
               messages::textEncoding.id);
 }
 
+// It could pass for a null text, and two of them for the same.
+TEST_F(Refused, ATextWithANulByte) {
+  clickHouse().execute("CREATE TABLE nul_bytes (v String) ENGINE = Memory");
+  clickHouse().execute("INSERT INTO nul_bytes SELECT unhex('00')");
+  for (const CaseMode mode : {CaseMode::CaseByCase, CaseMode::Patterns}) {
+    const Failure failure =
+        failureOf([&] { readAll(optionsFor(clickHouse().address("nul_bytes"), mode)); });
+    EXPECT_EQ(failure.id, messages::unreadable.id);
+    EXPECT_EQ(failure.arguments.at(1), "Reason holds a NUL byte ...");
+  }
+}
+
 using HostileNames = EngineTypes;
 
 // Reads a table whose name, columns and values are all hostile, whole and split by them.
