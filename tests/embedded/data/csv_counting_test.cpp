@@ -193,27 +193,5 @@ TEST_F(CsvPatterns, AreThoseThatTheEngineFinds) {
   }
 }
 
-TEST_F(CsvCounting, TellsHowFarItHasCome) {
-  std::string content = "a,b\n";
-  for (int i = 0; i < 1000; ++i) content += "1,2\n";
-  const CsvForm::File file{write("one.csv", content), 3};
-  const auto told = [](const CsvForm& form) {
-    std::vector<Progress> list;
-    EXPECT_TRUE(countTexts(form, {0}, 1, 512, [&](const Progress& now) { list.push_back(now); }));
-    return list;
-  };
-  const std::vector<Progress> one = told({{file}, ',', 2});
-  ASSERT_EQ(one.size(), 8U);  // blocks of 128 lines
-  for (std::size_t i = 0; i < one.size(); ++i) {
-    EXPECT_EQ(one[i].rows, 128 * (i + 1));
-    EXPECT_EQ(one[i].total, 1024U);
-  }
-  // Of several files, what is to come is not known.
-  const std::vector<Progress> two = told({{file, file}, ',', 2});
-  ASSERT_EQ(two.size(), 16U);
-  EXPECT_EQ(two.back().rows, 2048U);
-  EXPECT_EQ(two.back().total, 0U);
-}
-
 }  // namespace
 }  // namespace embedded::data
