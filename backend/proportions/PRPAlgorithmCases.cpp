@@ -158,7 +158,7 @@ bool PRPAlgorithm::EndInitialPass() {
       RecordSuccessValues(PRPAggregation::List1);
       RecordSuccessValues(PRPAggregation::List2);
     }
-    if (fbNeedSelectAggregation && fpVarGroupInfo != nullptr) RecordGroupValue();
+    if (fbNeedSelectAggregation) RecordGroupValue();
   }
   return true;
 }

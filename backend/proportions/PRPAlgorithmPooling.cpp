@@ -107,10 +107,9 @@ void PRPAlgorithm::RecordSuccessValues(List list) {
 }
 
 void PRPAlgorithm::RecordGroupValue() {
+  // Only a midpoint is recorded, and only numbers have one.
   VarValue value;
-  value._stringVar = fpVarGroupInfo->_stringVar;
-  if (!value._stringVar && fGroupInfoElem._binOption == MIDPOINT)
-    value._numValue = fpVarGroupInfo->_middlePoint;
+  value._numValue = fpVarGroupInfo->_middlePoint;
   fpAggregation->RecordGroup(std::move(value));
 }
 
@@ -130,11 +129,12 @@ bool PRPAggregation::PoolSplitGroups(std::vector<PRPAlgorithm*> algorithms) {
     if (!FindOriginals(algorithms, originals)) return false;
   } else {
     // Without user splits there is one original, the first group.
-    originals.assign(algorithms.size(), 0);
+    for (std::size_t i = 0; i < algorithms.size(); ++i)
+      if (algorithms[i]->fPoolSampleInd != 0) originals[i] = 0;
   }
   for (std::size_t i = 0; i < algorithms.size(); ++i) {
     const std::int32_t origSplitInd = originals[i];
-    if (algorithms[i]->fPoolSampleInd != 0 && origSplitInd >= 0)
+    if (origSplitInd >= 0)
       algorithms[i]->CopyExtremes(*algorithms[static_cast<std::size_t>(origSplitInd)]);
   }
   return true;
@@ -155,8 +155,10 @@ bool PRPAggregation::FindOriginals(const std::vector<PRPAlgorithm*>& algorithms,
   for (std::size_t i = 0; i < algorithms.size(); ++i) {
     PRPAlgorithm* pAlgor = algorithms[i];
     PRP_ASSERT(pAlgor != nullptr, "pAlgor != 0", "PRPAlgorithm");
+    if (pAlgor->fPoolSampleInd == 0) continue;
+    // Whoever has read a number has read the key as well.
     const OBS* key = pAlgor->fpSplitKey.get();
-    if (pAlgor->fPoolSampleInd == 0 || key == nullptr) continue;
+    PRP_ASSERT(key != nullptr, "key != 0", "PRPAlgorithm");
     if (!fpSplitKeyMap->Contains(key)) {
       pAlgor->fParserMessage.GenericError(pAlgor->fbBootstrap
                                               ? "Boot split values not consistent ..."
@@ -182,7 +184,7 @@ void PRPAlgorithm::CopyExtremes(const PRPAlgorithm& original) {
     copy(fvpVarCatInfo, original.fvpVarCatInfo);
     copy(fvpVarCatInfo2, original.fvpVarCatInfo2);
   }
-  if (fbNeedSelectAggregation && fpVarGroupInfo != nullptr) {
+  if (fbNeedSelectAggregation) {
     PRP_ASSERT(original.fpVarGroupInfo != nullptr, "pOrigAlgor->fpVarGroupInfo != 0",
                "PRPAlgorithm");
     fpVarGroupInfo->CopyExtremes(*original.fpVarGroupInfo);

@@ -78,14 +78,10 @@ class alignas(64) PRPCaseVar {
 };
 
 inline bool PRPCaseVar::Fetch(const ProcDSIterator& iterator) {
-  switch (fMissingTest) {
-    case MissingTest::None:
-      return true;
-    case MissingTest::SystemMissing:
-      fValue = iterator.GetNumericValue(fVarInd);
-      return fValue != MCMV::Missing;
-    case MissingTest::Variable:
-      break;
+  if (fMissingTest == MissingTest::None) return true;
+  if (fMissingTest == MissingTest::SystemMissing) {
+    fValue = iterator.GetNumericValue(fVarInd);
+    return fValue != MCMV::Missing;
   }
   const OBS* observation = iterator.GetObsPointer(fVarInd);
   if (fpVariable->IsMissing(observation)) return false;
@@ -105,16 +101,9 @@ inline void PRPCaseVar::Collect(const ProcDSIterator& iterator) {
 
 inline std::int32_t PRPCaseVar::Classify(const ProcDSIterator& iterator) {
   if (fbString) return ClassifyText(iterator);
-  switch (fRule) {
-    case Rule::Never:
-      return 0;
-    case Rule::Equal:
-      return fValue == fBound ? 1 : 0;
-    case Rule::AtLeast:
-      return fValue >= fBound ? 1 : 0;
-    case Rule::OneOf:
-      break;
-  }
+  if (fRule == Rule::Equal) return fValue == fBound ? 1 : 0;
+  if (fRule == Rule::AtLeast) return fValue >= fBound ? 1 : 0;
+  // Without a rule the list is empty, and nothing a success.
   return std::find(fvNumbers.begin(), fvNumbers.end(), fValue) != fvNumbers.end() ? 1 : 0;
 }
 

@@ -62,7 +62,8 @@ bool PRPParser::ChooseModel() {
   choose(fSubComs.oneSample, ONE_SAMPLE);
   choose(fSubComs.paired, RELATED);
   choose(fSubComs.independent, INDEPENDENT);
-  return found == 1 || Refuse("Exactly one test option ...");
+  if (found == 1) return true;
+  return Refuse("Exactly one test option ...");
 }
 
 bool PRPParser::LoadSplitVars() {

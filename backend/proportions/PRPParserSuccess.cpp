@@ -1,5 +1,6 @@
 // SUCCESS: which values of a test variable are a success, worked out for each of them.
 
+#include <algorithm>
 #include <set>
 #include <utility>
 
@@ -36,9 +37,9 @@ void PRPParser::DropRepeatedLevels(TokenList& levels) {
   const auto repeated = [&](const TokenInfoObj& level) {
     const std::string text = level.getString();
     if (texts.contains(text)) return true;
-    if (!level.IsNumber()) return numberTexts.contains(text) || !texts.insert(text).second;
-    if (!numbers.insert(level.getNumeric()).second) return true;
-    numberTexts.insert(text);
+    if (level.IsNumber() ? !numbers.insert(level.getNumeric()).second : numberTexts.contains(text))
+      return true;
+    (level.IsNumber() ? numberTexts : texts).insert(text);
     return false;
   };
   if (std::erase_if(levels, repeated) > 0)
@@ -95,9 +96,9 @@ bool PRPParser::BuildElem(const Definition& definition, std::string_view paramNa
 bool PRPParser::AppendSuccessLevels(const TokenList& levels, VarSpecObj& validator,
                                     BinInfoElem& elem) {
   validator.SetErrorReport(false);
-  bool valid = true;
-  for (std::size_t i = 0; valid && i < levels.size(); ++i)
-    valid = AppendLevel(validator, levels[i], elem) || Refuse("Invalid SUCCESS LEVEL ...");
+  const bool valid = std::ranges::all_of(
+      levels, [&](const TokenInfoObj& level) { return AppendLevel(validator, level, elem); });
+  if (!valid) Refuse("Invalid SUCCESS LEVEL ...");
   validator.SetErrorReport(true);
   return valid;
 }

@@ -46,7 +46,7 @@ IndependentEstimates estimate(const IndependentCounts& counts) {
   IndependentEstimates result;
   const double n1 = counts.trials1();
   const double n2 = counts.trials2();
-  result.goodData = counts.cases() > 0.0 && n1 > 0.0 && n2 > 0.0;
+  result.goodData = n1 > 0.0 && n2 > 0.0;
   if (!result.goodData) return result;
   // One group with both outcomes is enough.
   result.completeData = (counts.successes1 > 0.0 && counts.failures1 > 0.0) ||

@@ -101,4 +101,10 @@ TEST(Methods, NameTheirDesigns) {
   EXPECT_EQ(nameOf(MethodKind::Test), "test");
 }
 
+TEST(Methods, AreNoneForAnUnknownDesign) {
+  constexpr auto unknown = static_cast<Design>(99);
+  EXPECT_TRUE(methodsOf(unknown, MethodKind::Interval).empty());
+  EXPECT_EQ(nameOf(unknown), "");
+}
+
 }  // namespace

@@ -146,4 +146,10 @@ TEST(PairedTests, CapTheTwoSidedP) {
   EXPECT_LE(midpTest(PairedCounts{1, 4, 4, 1}).twoSided, 1.0);
 }
 
+TEST(PairedCounts, ThatAreNoNumbersGiveNoInterval) {
+  const Interval interval = newcombe(PairedCounts{1.0, 2.0, 1.0, std::nan("")}, at95);
+  EXPECT_EQ(interval.lower, MCMV::Missing);
+  EXPECT_EQ(interval.upper, MCMV::Missing);
+}
+
 }  // namespace
