@@ -107,9 +107,10 @@ void PRPAlgorithm::RecordSuccessValues(List list) {
 }
 
 void PRPAlgorithm::RecordGroupValue() {
-  // Only a midpoint is recorded, and only numbers have one.
   VarValue value;
-  value._numValue = fpVarGroupInfo->_middlePoint;
+  value._stringVar = fpVarGroupInfo->_stringVar;
+  if (!value._stringVar && fGroupInfoElem._binOption == MIDPOINT)
+    value._numValue = fpVarGroupInfo->_middlePoint;
   fpAggregation->RecordGroup(std::move(value));
 }
 
@@ -155,10 +156,8 @@ bool PRPAggregation::FindOriginals(const std::vector<PRPAlgorithm*>& algorithms,
   for (std::size_t i = 0; i < algorithms.size(); ++i) {
     PRPAlgorithm* pAlgor = algorithms[i];
     PRP_ASSERT(pAlgor != nullptr, "pAlgor != 0", "PRPAlgorithm");
-    if (pAlgor->fPoolSampleInd == 0) continue;
-    // Whoever has read a number has read the key as well.
     const OBS* key = pAlgor->fpSplitKey.get();
-    PRP_ASSERT(key != nullptr, "key != 0", "PRPAlgorithm");
+    if (pAlgor->fPoolSampleInd == 0 || key == nullptr) continue;
     if (!fpSplitKeyMap->Contains(key)) {
       pAlgor->fParserMessage.GenericError(pAlgor->fbBootstrap
                                               ? "Boot split values not consistent ..."
