@@ -2,8 +2,10 @@
 #include "CsvSource.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <string_view>
+#include <system_error>
 
 #include "DataMessages.h"
 #include "SqlDialect.h"
@@ -45,13 +47,24 @@ CsvSource::CsvSource(Engine& engine, const DataAddress& address,
   findBooleans(engine);
 }
 
+// The first file that has more than a header; without one, the first.
+const std::string& CsvSource::fileToSniff() const {
+  constexpr std::size_t lineEnd = 2;  // a carriage return and a line feed at most
+  const auto found = std::ranges::find_if(form_.files, [](const CsvForm::File& file) {
+    std::error_code ignored;
+    const auto size = std::filesystem::file_size(file.path, ignored);
+    return ignored || size > file.header + lineEnd;
+  });
+  return found == form_.files.end() ? files_.front() : found->path;
+}
+
 // Types by the sniffer's sample. It may not guess booleans ("f" would be one) nor dates of any
 // but the ISO form (01/02/2020 has two meanings).
 void CsvSource::sniff(Engine& engine, const std::vector<std::string>& nullTexts) {
   std::vector<std::string> nulls = nullTexts;
   if (std::ranges::find(nulls, "") == nulls.end()) nulls.emplace_back();
   std::vector<TextRow> rows;
-  const std::string file = fileList({files_.front()});
+  const std::string file = fileList({fileToSniff()});
   try {
     rows = engine.rows(
         "SELECT unnest(Columns).type FROM sniff_csv(" + file.substr(1, file.size() - 2) +

@@ -32,6 +32,7 @@ class CsvSource final : public TableSource {
   std::string typeOf(const ColumnRead& read, std::span<const ColumnRead> reads) const;
   std::string table(const std::vector<std::string>& types, bool quotedNulls,
                     const std::string& more) const;
+  const std::string& fileToSniff() const;
   void sniff(Engine& engine, const std::vector<std::string>& nullTexts);
   void findBooleans(Engine& engine);
   bool hasValue(Engine& engine, const Column& column) const;

@@ -53,6 +53,17 @@ TEST_F(NoCases, OfAHeaderAloneAreNoError) {
   }
 }
 
+// What the columns of several files are is told by the first that has a case.
+TEST_F(NoCases, InTheFirstOfSeveralFilesLeaveTheTypesToTheOthers) {
+  folder_.write("part1.csv", "v,w\r\n");
+  folder_.write("part2.csv", "v,w\r\n1,2\r\n0,3\r\n");
+  EXPECT_EQ(typeOf("part*.csv", 0), "integer");
+  const Outcome outcome =
+      start({"run", "part*.csv", "--weight", "w", "-c", command, "--format", "json"});
+  ASSERT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_EQ(document(outcome)["data"]["cases"]["read"], 2);
+}
+
 TEST_F(NoCases, OfAHeaderOnStandardInput) {
   const Outcome outcome = run(
       {.arguments = {"run", "-", "--weight", "w", "-c", command}, .folder = {}, .input = "v,w\n"});
