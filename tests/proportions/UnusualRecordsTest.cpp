@@ -131,6 +131,26 @@ TEST(StringGroups, TakeTheirLevelsInTheOrderGiven) {
   EXPECT_EQ(written["row_dimension"][1]["label"], nlohmann::json::parse(R"(["= ^1", ["a"]])"));
 }
 
+TEST(Groups, MayBeTheFirstVariableOfTheData) {
+  Analysis analysis({.variables = {numeric("g", {1, 1, 2}), numeric("x", {0, 1, 1})}},
+                    {independent({"x", "BY", "g"})});
+  EXPECT_TRUE(analysis.read());
+  EXPECT_TRUE(analysis.write());
+  EXPECT_THAT(analysis.dumped("Number of trials for group 1"), ElementsAre(2));
+  EXPECT_THAT(analysis.dumped("Number of trials for group 2"), ElementsAre(1));
+}
+
+TEST(Weight, IsNotTestedWhenItIsTheFirstVariableOfTheData) {
+  const scripted::DataSet weighted{.variables = {numeric("w", {2, 3}), numeric("x", {0, 1})},
+                                   .weight = "w"};
+  const auto accepts = [&](const char* tested) {
+    Host host(weighted, {oneSample({tested})});
+    return Parsed().accepted;
+  };
+  EXPECT_TRUE(accepts("x"));
+  EXPECT_FALSE(accepts("w"));
+}
+
 TEST(StringGroups, AssertTwoLevels) {
   Analysis analysis(data(), byString({"c", "a"}), [](PRPValidSpecs& specs) {
     specs.GetGroupInfoElem()._strValues.emplace_back("b");

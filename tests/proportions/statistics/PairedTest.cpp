@@ -146,6 +146,14 @@ TEST(PairedTests, CapTheTwoSidedP) {
   EXPECT_LE(midpTest(PairedCounts{1, 4, 4, 1}).twoSided, 1.0);
 }
 
+// Two pairs that disagree each in its own way: the correlation is -1, the product of the margins 1,
+// and the limits are as far from 0 as those of two proportions of 1/2 taken together.
+TEST(PairedIntervals, OfTwoOppositePairsAreTheSumOfTheirParts) {
+  const double z2 = at95.z * at95.z;
+  const double part = at95.z * std::sqrt(0.25 / 2.0 + z2 / 16.0) / (1.0 + z2 / 2.0);
+  expectInterval(newcombe(PairedCounts{0, 1, 1, 0}, at95), -2.0 * part, 2.0 * part);
+}
+
 TEST(PairedCounts, ThatAreNoNumbersGiveNoInterval) {
   const Interval interval = newcombe(PairedCounts{1.0, 2.0, 1.0, std::nan("")}, at95);
   EXPECT_EQ(interval.lower, MCMV::Missing);
