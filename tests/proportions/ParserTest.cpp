@@ -17,6 +17,7 @@ using scripted::qualified;
 using scripted::success;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::SizeIs;
 using Inds = PRPValidSpecs::VarInds;
 using Flags = PRPValidSpecs::Flags;
 
@@ -444,6 +445,17 @@ TEST(SuccessParser, DropsRepeatedLevelsWithAWarning) {
   const Given given({oneSample({"x"}), success(levels("VALUE", std::vector<double>{1, 1, 2}))});
   EXPECT_THAT(given.messages(), ElementsAre("Duplicate SUCCESS LEVEL values ..."));
   EXPECT_THAT(given.specs().GetBinInfoElems()[0]._numValues, ElementsAre(1.0, 2.0));
+}
+
+// A level in quotes is the number that is written alike, whichever comes first.
+TEST(SuccessParser, DropsALevelInQuotesBesideTheSameNumber) {
+  for (const bool quotedFirst : {true, false}) {
+    scripted::Param value = levels("VALUE", std::vector<double>{1, 1});
+    value.tokens->at(quotedFirst ? 0 : 1).number.reset();
+    const Given given({oneSample({"x"}), success(value)});
+    EXPECT_THAT(given.messages(), ElementsAre("Duplicate SUCCESS LEVEL values ...")) << quotedFirst;
+    EXPECT_THAT(given.specs().GetBinInfoElems()[0]._numValues, SizeIs(1)) << quotedFirst;
+  }
 }
 
 TEST(SuccessParser, TellsLettersOfLevelsApartByCase) {
