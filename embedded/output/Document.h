@@ -129,7 +129,7 @@ struct DataInfo {
   std::optional<std::uint64_t> seed;
   CaseCounts cases;
   std::vector<std::pair<Index, CaseCounts>> casesBySplit;
-  TextPtr reading;          // which way cases were read, and why; null when nothing was read
+  TextPtr reading;  // which way cases were read, and why; null when nothing was read
 };
 
 struct Document {
