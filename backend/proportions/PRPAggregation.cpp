@@ -22,7 +22,7 @@ void PRPAggregation::RecordSuccess(List list, std::size_t var, VarValue value) {
 }
 
 void PRPAggregation::RecordGroup(VarValue value) {
-  fGroupSet->insert(std::move(value));
+  if (fGroupSet) fGroupSet->insert(std::move(value));
 }
 
 void PRPAggregation::SortSuccessValues() {
