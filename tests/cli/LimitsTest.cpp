@@ -9,14 +9,12 @@
 #include <csignal>
 #include <thread>
 
-#include "Program.h"
+#include "KeptResults.h"
 
 namespace cli_tests {
 namespace {
 
 using namespace std::chrono_literals;
-
-constexpr const char* older = "an older result\n";
 
 // Does a statement in a database of its own.
 void execute(const std::string& sql) {
@@ -45,29 +43,8 @@ class LargestFile {
   rlimit before_{};
 };
 
-class Limits : public testing::Test {
+class Limits : public KeptResults {
  protected:
-  Limits() { folder_.write("results.txt", older); }
-
-  Call call(const std::string& data, const std::string& command,
-            const std::vector<std::string>& options = {}) const {
-    Call call{.arguments = {"run", data, "-c", command, "-o", "results.txt"},
-              .folder = folder_.path(),
-              .input = {}};
-    call.arguments.insert(call.arguments.end(), options.begin(), options.end());
-    call.temporary = temporary_.path();
-    return call;
-  }
-
-  void expectFailure(const Outcome& outcome, int status, const std::string& said) const {
-    EXPECT_EQ(outcome.status, status) << outcome.err;
-    EXPECT_EQ(outcome.out, "");
-    EXPECT_NE(outcome.err.find(said), std::string::npos) << outcome.err;
-    EXPECT_EQ(contentOf(folder_.path() / "results.txt"), older);
-    EXPECT_EQ(folder_.files(), files_);
-    EXPECT_EQ(temporary_.files(), std::vector<std::string>{});
-  }
-
   // Sorting these rows takes more memory than spilling_ allows.
   void makeRows(int rows) {
     execute("COPY (SELECT i * 7919 % 3 AS g, i % 2 AS v, i * 31 % 1000003 AS x FROM range(" +
@@ -99,10 +76,6 @@ class Limits : public testing::Test {
     }
     return false;
   }
-
-  Folder folder_;
-  Folder temporary_;
-  std::vector<std::string> files_{"results.txt"};
 };
 
 TEST_F(Limits, ARunThatSpillsComesToItsEnd) {

@@ -10,7 +10,7 @@
 #include <thread>
 
 #include "Servers.h"
-#include "tests_cli/Program.h"
+#include "tests_cli/KeptResults.h"
 
 namespace engine_tests {
 namespace {
@@ -22,7 +22,6 @@ using cli_tests::Running;
 using namespace std::chrono_literals;
 
 constexpr const char* command = "PROPORTIONS /ONESAMPLE v TESTTYPES=NONE";
-constexpr const char* older = "an older result\n";
 
 // A variable of the environment for a scope; the program inherits it.
 class Variable {
@@ -36,36 +35,17 @@ class Variable {
   const char* name_;
 };
 
-class Faults : public testing::Test {
+class Faults : public cli_tests::KeptResults {
  protected:
-  Faults() { folder_.write("results.txt", older); }
-
-  Call call(const std::string& address, std::vector<std::string> options = {}) const {
-    Call call{.arguments = {"run", address, "-c", command, "-o", "results.txt"},
-              .folder = folder_.path(),
-              .input = {}};
-    call.arguments.insert(call.arguments.end(), options.begin(), options.end());
-    call.temporary = temporary_.path();
-    return call;
+  Call call(const std::string& address, const std::vector<std::string>& options = {}) const {
+    return KeptResults::call(address, command, options);
   }
 
-  void expectFailure(const Outcome& outcome, int status, const std::string& said) const {
-    EXPECT_EQ(outcome.status, status) << outcome.err;
-    EXPECT_EQ(outcome.out, "");
-    EXPECT_NE(outcome.err.find(said), std::string::npos) << outcome.err;
-    EXPECT_EQ(outcome.err.find("Internal"), std::string::npos) << outcome.err;
-    EXPECT_EQ(cli_tests::contentOf(folder_.path() / "results.txt"), older);
-    EXPECT_EQ(folder_.files(), std::vector<std::string>{"results.txt"});
-    EXPECT_EQ(temporary_.files(), std::vector<std::string>{});
-  }
-
+  using KeptResults::expectFailure;
   void expectFailure(const std::string& address, int status, const std::string& said,
-                     std::vector<std::string> options = {}) const {
-    expectFailure(cli_tests::run(call(address, std::move(options))), status, said);
+                     const std::vector<std::string>& options = {}) const {
+    expectFailure(cli_tests::run(call(address, options)), status, said);
   }
-
-  Folder folder_;
-  Folder temporary_;
 };
 
 using Address = Faults;
