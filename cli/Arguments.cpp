@@ -162,6 +162,8 @@ void addRun(CLI::App& app, Arguments& arguments) {
       "--case-by-case",
       [&arguments] { arguments.request.delivery = embedded::CaseDelivery::CaseByCase; },
       "Help --case-by-case ...");
+  // Of no use but to show that results do not depend on it, and so in no help.
+  app.add_option("--rows-at-once", arguments.request.rowsAtOnce)->check(between(1, 1e6))->group("");
   auto* dumps =
       app.add_option("--diagnostics", arguments.diagnostics.flags, "Help --diagnostics ...")
           ->delimiter(',')

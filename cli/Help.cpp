@@ -67,7 +67,9 @@ Options positionalsOf(const CLI::App& app) {
 }
 
 Options namedOf(const CLI::App& app) {
-  return app.get_options([](const CLI::Option* option) { return option->nonpositional(); });
+  return app.get_options([](const CLI::Option* option) {
+    return option->nonpositional() && !option->get_group().empty();
+  });
 }
 
 }  // namespace

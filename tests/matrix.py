@@ -3,7 +3,7 @@
 
 Usage: matrix.py PROGRAM [--also PROGRAM] [--only TEXT]. The scenarios are the files of
 tests/scenarios; --also names a build by another compiler, --only takes those whose name holds the
-text. Configurations: threads, cases one by one, languages and time zones of the machine.
+text. Configurations: threads, cases one by one, rows fetched one by one, languages and time zones of the machine.
 """
 import argparse
 import glob
@@ -20,6 +20,7 @@ CONFIGURATIONS = {
     '7 threads': (['--threads', '7'], {}),
     'case by case': (['--case-by-case'], {}),
     'case by case, 7 threads': (['--case-by-case', '--threads', '7'], {}),
+    'one row at a time': (['--case-by-case', '--rows-at-once', '1'], {}),
     'German': ([], {'LC_ALL': 'de_DE.UTF-8'}),
     'Turkish': ([], {'LC_ALL': 'tr_TR.UTF-8'}),
     'no language': ([], {'LC_ALL': 'C'}),

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "CutScan.h"
 #include "DataMessages.h"
 #include "RowStream.h"
 
@@ -172,7 +173,11 @@ std::unique_ptr<RowScan> RelationCases::scan() {
 std::unique_ptr<CaseStream> RelationCases::open() {
   if (patterns_ != nullptr) return std::make_unique<PatternStream>(*patterns_, layout_.words);
   const int weightWord = weight_ < 0 ? -1 : static_cast<int>(layout_.words) - 1;
-  auto stream = std::make_unique<RowStream>(scan(), layout_.words, splitWords_, weightWord);
+  std::unique_ptr<RowScan> rows = scan();
+  if (options_.rowsAtOnce > 0)
+    rows = std::make_unique<CutScan>(std::move(rows), layout_.words, options_.rowsAtOnce);
+  auto stream =
+      std::make_unique<RowStream>(std::move(rows), layout_.words, splitWords_, weightWord);
   return std::make_unique<CountingStream>(*this, std::move(stream));
 }
 

@@ -19,8 +19,9 @@ enum class CaseMode { Auto, CaseByCase, Patterns };
 
 struct CaseOptions {
   CaseMode mode = CaseMode::Auto;
-  std::string collation;   // a language tag; code point order when empty
-  bool keepsRows = false;  // the second pass over rows may read them from memory
+  std::string collation;       // a language tag; code point order when empty
+  bool keepsRows = false;      // the second pass over rows may read them from memory
+  std::size_t rowsAtOnce = 0;  // the most that are taken from the data at a time; 0: as they come
 };
 
 // Which way cases are delivered, and what decided it. The same data and request give the same.

@@ -40,6 +40,7 @@ data::DataOptions dataOptions(const Request& request) {
   }
   options.cases.mode = modeOf(request);
   options.cases.collation = request.locale;
+  options.cases.rowsAtOnce = request.rowsAtOnce;
   options.threads = request.threads;
   options.memory = request.memory;
   options.timeout = request.timeout;

@@ -48,9 +48,11 @@ struct Request {
   std::optional<Bootstrap> bootstrap;  // not together with imputation
   std::optional<Imputation> imputation;
   CaseDelivery delivery = CaseDelivery::Automatic;
-  int threads = 0;     // 0: as many as the machine has
-  std::string memory;  // such as "2GB"; empty: the engine's own limit
-  double timeout = 0;  // seconds that a server may keep silent; 0: any time
+  int threads = 0;               // 0: as many as the machine has
+  std::uint32_t rowsAtOnce = 0;  // most cases taken from the data at a time; 0: as they come.
+                                 // Results never depend on it: it is there for their tests.
+  std::string memory;            // such as "2GB"; empty: the engine's own limit
+  double timeout = 0;            // seconds that a server may keep silent; 0: any time
   std::string version;
   std::function<void(const std::string& line)> diagnostics;
   // Receives parts of the document, whole split groups each, as they are finished; the document

@@ -1,4 +1,5 @@
-// Cases as patterns and cases one by one: the same document to the last bit.
+// Cases as patterns, cases one by one, and few rows fetched at a time: the same document to the
+// last bit.
 //
 // Data and commands are drawn at random. Nearly every run has many split groups, and each of these
 // is a data set of its own, with its own extremes, missing values and counts.
@@ -233,8 +234,12 @@ TEST_F(PatternsOfARun, TellWhatTheCasesTell) {
     request.threads = static_cast<int>(1 + draw.below(3));
     const std::string byPattern = document(request, CaseDelivery::Patterns);
     const std::string byCase = document(request, CaseDelivery::CaseByCase);
-    if (byPattern != byCase) RC_LOG(request.command + " on " + request.data);
+    request.rowsAtOnce = static_cast<std::uint32_t>(1 + draw.below(3));
+    const std::string byFewRows = document(request, CaseDelivery::CaseByCase);
+    request.rowsAtOnce = 0;
+    if (byPattern != byCase || byCase != byFewRows) RC_LOG(request.command + " on " + request.data);
     RC_ASSERT(byPattern == byCase);
+    RC_ASSERT(byCase == byFewRows);
     const auto session = run(request, module());
     if (session->document.accepted) ++accepted;
     groups += std::max<std::size_t>(session->document.splits.size(), 1);
