@@ -46,8 +46,8 @@ TEST_F(Csv, HasOneRecordForEachCellOfTheDocument) {
   for (const Json& table : json["tables"]) {
     for (const Json& cell : table["cells"]) {
       ASSERT_LT(at, cells.size());
-      EXPECT_EQ(cells[at].table, table["title"]["id"]);
-      EXPECT_EQ(cells[at].state, cell["state"]);
+      EXPECT_EQ(cells[at].table, table["title"]["id"].get<std::string>());
+      EXPECT_EQ(cells[at].state, cell["state"].get<std::string>());
       if (cell["state"] == "valid") {
         EXPECT_EQ(bits(std::stod(cells[at].value)), bits(cell["value"].get<double>()));
       }
