@@ -109,8 +109,7 @@ void PRPAlgorithm::RecordSuccessValues(List list) {
 void PRPAlgorithm::RecordGroupValue() {
   VarValue value;
   value._stringVar = fpVarGroupInfo->_stringVar;
-  if (!value._stringVar && fGroupInfoElem._binOption == MIDPOINT)
-    value._numValue = fpVarGroupInfo->_middlePoint;
+  if (!value._stringVar) value._numValue = fpVarGroupInfo->_middlePoint;
   fpAggregation->RecordGroup(std::move(value));
 }
 

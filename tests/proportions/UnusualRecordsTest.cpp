@@ -15,6 +15,7 @@ using scripted::paired;
 using scripted::qualified;
 using scripted::success;
 using testing::ElementsAre;
+using testing::Eq;
 using testing::IsEmpty;
 using testing::SizeIs;
 using Numbers = std::vector<double>;
@@ -211,15 +212,106 @@ TEST(UnusualRecord, WithoutFlagsWritesNoRows) {
 }
 
 TEST(UnusualRecord, RecordsNoValueOfARuleThatTakesNoneFromTheData) {
-  Analysis analysis(splitsAsRows(), {oneSample({"x", "y"}), success(qualified("VALUE", "LAST"))},
+  Analysis analysis(splitsAsRows(),
+                    {oneSample({"x", "y", "s"}), success(qualified("VALUE", "LAST"))},
                     [](PRPValidSpecs& specs) {
                       specs.GetBinInfoElems()[1]._binOption = CUTPOINT;
                       specs.GetBinInfoElems()[1]._numValues = {1.0};
+                      specs.GetBinInfoElems()[2]._binOption = CUTPOINT;
                     });
   EXPECT_TRUE(analysis.read());
   analysis.aggregation.SortSuccessValues();
   EXPECT_EQ(analysis.aggregation.SuccessValues(PRPAggregation::List1, 0).at(0)._numValue, 1.0);
   EXPECT_EQ(analysis.aggregation.SuccessValues(PRPAggregation::List1, 1).at(0)._numValue, Gone);
+  EXPECT_EQ(analysis.aggregation.SuccessValues(PRPAggregation::List1, 2).at(0)._strValue, "");
+}
+
+TEST(UnusualRecord, RecordsNoNumberOfAGroupOfStrings) {
+  Analysis analysis(splitsAsRows(), byString({"c", "a"}),
+                    [](PRPValidSpecs& specs) { specs.GetGroupInfoElem()._binOption = MIDPOINT; });
+  EXPECT_TRUE(analysis.read());
+  analysis.aggregation.SortSuccessValues();
+  ASSERT_THAT(analysis.aggregation.GroupValues(), SizeIs(1));
+  EXPECT_TRUE(analysis.aggregation.GroupValues()[0]._stringVar);
+  EXPECT_EQ(analysis.aggregation.GroupValues()[0]._numValue, VarValue()._numValue);
+}
+
+TEST(UnusualRecord, OfStringsHasNoSuccessUnderARuleOfNumbers) {
+  for (const char* rule : {"MIDPOINT", "CUTPOINT"}) {
+    // The parser says so and goes on, when the string stands in the first list of pairs.
+    const auto value =
+        rule == std::string("MIDPOINT") ? qualified("VALUE", rule) : cutPoint("VALUE", 1);
+    Analysis analysis(data(), {paired({"s", "WITH", "x"}), success(value)});
+    EXPECT_TRUE(analysis.read());
+    EXPECT_TRUE(analysis.write());
+    EXPECT_THAT(analysis.dumped("_n1p"), ElementsAre(0)) << rule;
+    EXPECT_THAT(analysis.dumped("_np1"), ElementsAre(3)) << rule;
+    // Its label is the rule's number all the same: the one place where a string has one.
+    EXPECT_THAT(analysis.host.log.violations,
+                testing::Each(Eq("a number is the value of a numeric variable")));
+    analysis.host.log.violations.clear();
+  }
+}
+
+TEST(UnusualRecord, IsGivenBackAsItWasSet) {
+  Host host(data(), {paired({"x", "WITH", "y"})});
+  Parsed parsed;
+  EXPECT_EQ(&parsed.specs.GetDataSource(), &parsed.source);
+  EXPECT_THAT(parsed.specs.GetBinInfoElems2(), SizeIs(1));
+  parsed.specs.SetBinInfoElems2({});
+  EXPECT_THAT(parsed.specs.GetBinInfoElems2(), IsEmpty());
+  EXPECT_TRUE(parsed.specs.GetPrintCategoryOrder());
+  parsed.specs.SetPrintCategoryOrder(false);
+  EXPECT_FALSE(parsed.specs.GetPrintCategoryOrder());
+}
+
+TEST(Store, KeepsNoGroupWithoutAGroupingVariable) {
+  const Host host(data(), {});
+  const ProcedureDataSource source;
+  PRPAggregation store;
+  store.SetUp(source, 1, 0, false, {});
+  store.RecordGroup({});
+  store.SortSuccessValues();
+  EXPECT_THAT(store.GroupValues(), IsEmpty());
+}
+
+// --- Hosts that let through what the description of the command forbids -------------------------
+
+scripted::Script careless(scripted::Command command) {
+  return {.data = data(), .command = std::move(command), .checksCommands = false};
+}
+
+TEST(CarelessHost, MayLetAnUnknownRulePass) {
+  const Host host(careless({oneSample({"x"}), success(qualified("VALUE", "OTHER"))}));
+  const Parsed parsed;
+  EXPECT_TRUE(parsed.accepted);
+  EXPECT_EQ(parsed.specs.GetBinInfoElems().at(0)._binOption, LAST);
+}
+
+TEST(CarelessHost, MayLetAQualifierStandAlone) {
+  const Host host(careless({paired({"x", "WITH", "(PAIRED)"})}));
+  EXPECT_FALSE(Parsed().accepted);
+  EXPECT_THAT(host.log.messageIds(), ElementsAre("No vars after WITH ..."));
+}
+
+TEST(CarelessHost, BreaksAnAssertionWithAnUnknownMethod) {
+  const Host host(careless({oneSample({"x"}, {scripted::keywords("CITYPES", {"OTHER"})})}));
+  try {
+    const Parsed parsed;
+    FAIL() << "the assertion did not fail";
+  } catch (const scripted::AssertionFailed& failure) {
+    EXPECT_EQ(failure.expression, "false");
+  }
+}
+
+TEST(CarelessHost, MayKeepTheValueOfALevelForItself) {
+  scripted::DataSet keeping = data();
+  keeping.variables[0].categoryTexts = {{"yes", 1}};
+  keeping.keepsCategoryValues = true;
+  const Host host(keeping, {oneSample({"x"}), success(levels("VALUE", Texts{"yes"}))});
+  const Parsed parsed;
+  EXPECT_TRUE(parsed.accepted);
+  EXPECT_THAT(parsed.specs.GetBinInfoElems().at(0)._numValues, ElementsAre(Gone));
 }
 
 // --- What the parser keeps and refuses ----------------------------------------------------------

@@ -33,7 +33,7 @@ struct TestMethod : MethodInfo {
 
 // The rows of a table without their functions, in slot order.
 template <class Method, std::size_t Size>
-constexpr std::array<MethodInfo, Size> describe(const std::array<Method, Size>& methods) {
+consteval std::array<MethodInfo, Size> describe(const std::array<Method, Size>& methods) {
   std::array<MethodInfo, Size> described;
   for (std::size_t slot = 0; slot < Size; ++slot) described[slot] = methods[slot];
   return described;
@@ -41,7 +41,7 @@ constexpr std::array<MethodInfo, Size> describe(const std::array<Method, Size>& 
 
 // Whether every row is filled in and no keyword or label stands twice.
 template <class Method, std::size_t Size>
-constexpr bool isSound(const std::array<Method, Size>& methods) {
+consteval bool isSound(const std::array<Method, Size>& methods) {
   for (std::size_t slot = 0; slot < Size; ++slot) {
     const Method& row = methods[slot];
     if (row.keyword.empty() || row.label.empty() || row.formula.empty() || row.source.empty() ||
@@ -55,7 +55,7 @@ constexpr bool isSound(const std::array<Method, Size>& methods) {
 
 // Whether the slots hold these keywords in this order.
 template <class Method, std::size_t Size>
-constexpr bool hasSlots(const std::array<Method, Size>& methods,
+consteval bool hasSlots(const std::array<Method, Size>& methods,
                         const std::array<std::string_view, Size>& keywords) {
   for (std::size_t slot = 0; slot < Size; ++slot)
     if (methods[slot].keyword != keywords[slot]) return false;

@@ -152,6 +152,8 @@ bool VarSpecObj::ValidateCatValue(std::string_view text, OwnedOBS& value, KORA_F
   if (refused || !number || !fits || variable.rejectedTexts.contains(given))
     return impl_->refuse("ValidateCatValue", {impl_->name, given});
   const std::size_t words = ObsWords(variable.width);
+  format = impl_->source.GetVariable(impl_->last)->GetFormat();
+  if (session().script.data.keepsCategoryValues) return true;
   value = std::make_unique<OBS[]>(words);
   if (variable.width == 0) {
     value[0].number = *number;
@@ -160,6 +162,5 @@ bool VarSpecObj::ValidateCatValue(std::string_view text, OwnedOBS& value, KORA_F
     std::memset(bytes, ' ', words * sizeof(OBS));
     std::memcpy(bytes, given.data(), given.size());
   }
-  format = impl_->source.GetVariable(impl_->last)->GetFormat();
   return true;
 }

@@ -42,6 +42,7 @@ struct DataSet {
   std::vector<std::string> splits{};  // outermost first; a group is a run of equal values
   bool splitsAsRows = false;
   bool bootstrapping = false;
+  bool keepsCategoryValues = false;  // validated values of categories are not handed out
   // Names of validators that refuse every variable.
   std::set<std::string> refusingValidators{};
 };
@@ -91,6 +92,7 @@ struct Script {
   DataSet data{};
   Command command{};
   Faults faults{};
+  bool checksCommands = true;  // against the description of the command
   // Negative, 0 or positive; code point order when there is none.
   std::function<int(std::string_view, std::string_view)> collation{};
 };
