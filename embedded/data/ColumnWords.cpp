@@ -257,7 +257,6 @@ void ColumnWriter::write(duckdb_vector vector, std::size_t count, OBS* out, std:
     case DUCKDB_TYPE_TIMESTAMP_TZ:
       writeTime<std::int64_t>(data, to, 1e6, faults, validity, multiplicity);
       break;
-    case DUCKDB_TYPE_TIME_NS:
     case DUCKDB_TYPE_TIMESTAMP_NS:
       writeTime<std::int64_t>(data, to, 1e9, faults, validity, multiplicity);
       break;

@@ -155,14 +155,6 @@ void Query::start(const ProgressListener& progress) {
     throw EngineFailure(textOr(duckdb_result_error(&handles_->result.value), "failed"));
 }
 
-std::size_t Query::columns() const {
-  return duckdb_column_count(&handles_->result.value);
-}
-
-std::string Query::columnName(std::size_t index) const {
-  return textOr(duckdb_column_name(&handles_->result.value, index), "");
-}
-
 bool Query::next(Chunk& chunk) {
   Session::checkCancelled();
   duckdb_data_chunk fetched = duckdb_fetch_chunk(handles_->result.value);

@@ -35,7 +35,6 @@ class Chunk {
  public:
   Chunk() = default;
   explicit Chunk(duckdb_data_chunk chunk) : chunk_(chunk) {}
-  Chunk(Chunk&& other) noexcept : chunk_(std::exchange(other.chunk_, nullptr)) {}
   Chunk& operator=(Chunk&& other) noexcept {
     std::swap(chunk_, other.chunk_);
     return *this;
@@ -63,8 +62,6 @@ class Query {
   Query(const Query&) = delete;
   Query& operator=(const Query&) = delete;
 
-  std::size_t columns() const;
-  std::string columnName(std::size_t index) const;
   // False at the end. A chunk has at least one row.
   bool next(Chunk& chunk);
 

@@ -23,7 +23,6 @@ namespace embedded::data {
   X(duckdb_bind_blob)                               \
   X(duckdb_close)                                   \
   X(duckdb_column_count)                            \
-  X(duckdb_column_name)                             \
   X(duckdb_connect)                                 \
   X(duckdb_create_aggregate_function)               \
   X(duckdb_create_config)                           \

@@ -75,7 +75,8 @@ WeightSql weightSql(const TableSource& table, const ScanRequest& request) {
   WeightSql sql;
   sql.counts = "coalesce(isfinite(" + number + ") AND " + number + " >= 0.5, false)";
   sql.sum = "sum(CASE WHEN counted THEN floor(" + number + " + 0.5) ELSE 0::DOUBLE END)";
-  sql.odd = "count_if(" + name + " IS NOT NULL AND NOT isfinite(" + number + "))";
+  // Of its own the count has 128 bits.
+  sql.odd = "count_if(" + name + " IS NOT NULL AND NOT isfinite(" + number + "))::BIGINT";
   const ColumnRead& read = request.columns[static_cast<std::size_t>(request.weight)];
   if (isWideInteger(table.columns()[static_cast<std::size_t>(read.column)].typeName) ||
       table.textual())

@@ -48,7 +48,6 @@ class DuckDbRelation final : public Relation {
   std::string identity() override { return identityOf(address_.files); }
   std::string fingerprint() override { return fingerprintOf(engine_, address_.files); }
 
-  Engine& engine() { return engine_; }
   const TableSource& table() const { return *table_; }
   // Throws when the files are no longer what they were when the relation was opened.
   void requireUnchanged() {

@@ -174,7 +174,7 @@ std::unique_ptr<CaseStream> RelationCases::open() {
   if (patterns_ != nullptr) return std::make_unique<PatternStream>(*patterns_, layout_.words);
   const int weightWord = weight_ < 0 ? -1 : static_cast<int>(layout_.words) - 1;
   std::unique_ptr<RowScan> rows = scan();
-  if (options_.rowsAtOnce > 0)
+  if (options_.rowsAtOnce > 0 && layout_.words > 0)
     rows = std::make_unique<CutScan>(std::move(rows), layout_.words, options_.rowsAtOnce);
   auto stream =
       std::make_unique<RowStream>(std::move(rows), layout_.words, splitWords_, weightWord);

@@ -128,6 +128,8 @@ std::string TableSource::value(const ColumnRead& read, std::span<const ColumnRea
     return "CAST(" + name + " AS DOUBLE)";
   if (read.as == ColumnKind::Text)
     return column.typeName == "VARCHAR" ? name : "CAST(" + name + " AS VARCHAR)";
+  // The engine's C interface has no values of this type.
+  if (column.typeName == "TIME_NS") return "(epoch_ns(" + name + ") / 1e9)";
   return column.kind == ColumnKind::Text ? fromText("CAST(" + name + " AS VARCHAR)", read) : name;
 }
 

@@ -1,5 +1,7 @@
 // Every way in which data can be bad gets its own message, with the place where there is one.
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "Support.h"
 #include "embedded/data/DataMessages.h"
@@ -73,6 +75,24 @@ TEST_F(BadInput, RaggedRowFarDown) {
   const Failure failure = failureOfReading(write("r.csv", content + "1\n"));
   EXPECT_EQ(failure.id, messages::raggedRow.id);
   EXPECT_EQ(failure.arguments.at(1), "60002");
+}
+
+TEST_F(BadInput, RaggedRowInTheSecondOfTwoFiles) {
+  write("p1.csv", "a,b\nx,1\n");
+  write("p2.csv", "a,b\nx\n");
+  const Failure failure = failureOfReading(path("p*.csv"));
+  EXPECT_EQ(failure.id, messages::raggedRow.id);
+  EXPECT_EQ(failure.arguments, (Arguments{path("p*.csv"), "2", "b", "2"}));
+}
+
+TEST_F(BadInput, RaggedRowBehindAColumnWithoutAnyValue) {
+  for (const std::string nothing : {"", "\"\""}) {
+    std::string content = "a,b\n";
+    for (int i = 0; i < 30000; ++i) content += "x," + nothing + "\n";
+    const Failure failure = failureOfReading(write("r.csv", content + "x\n"));
+    EXPECT_EQ(failure.id, messages::raggedRow.id);
+    EXPECT_EQ(failure.arguments.at(1), "30002");
+  }
 }
 
 TEST_F(BadInput, QuoteThatNeverEnds) {
@@ -255,6 +275,32 @@ TEST_F(BadInput, DataThatChangeBetweenThePasses) {
   while (first->next(block)) continue;
   write("c.csv", "a\n1\n2\n3\n");
   EXPECT_EQ(failureOf([&] { opened.cases->open(); }).id, messages::dataChanged.id);
+}
+
+TEST_F(BadInput, DataThatChangeBeforeTheyAreRead) {
+  for (const CaseMode mode : {CaseMode::CaseByCase, CaseMode::Patterns}) {
+    const std::string file = write("c.csv", "a\n1\n2\n");
+    OpenedData opened = openData(optionsFor(file, mode));
+    write("c.csv", "a\n1\n2\n3\n");
+    const Failure failure = failureOf([&] {
+      opened.cases->use(std::vector<int>{0});
+      opened.cases->open();
+    });
+    EXPECT_EQ(failure.id, messages::dataChanged.id);
+    EXPECT_EQ(failure.arguments, Arguments{file});
+  }
+}
+
+TEST_F(BadInput, NothingOnStandardInput) {
+  const int kept = dup(STDIN_FILENO);
+  const int nothing = open("/dev/null", O_RDONLY);
+  dup2(nothing, STDIN_FILENO);
+  close(nothing);
+  const Failure failure = failureOfReading("-");
+  dup2(kept, STDIN_FILENO);
+  close(kept);
+  EXPECT_EQ(failure.id, messages::emptyFile.id);
+  EXPECT_EQ(failure.arguments, Arguments{"-"});
 }
 
 TEST_F(BadInput, WeightsOfAPatternBeyondTheLimit) {

@@ -7,6 +7,7 @@
 #include <random>
 
 #include "Support.h"
+#include "embedded/data/CountingQuery.h"
 #include "embedded/data/CountingTable.h"
 #include "host/distributions/MCMV.h"
 
@@ -136,7 +137,124 @@ TEST(CountingTable, SaysWhenAPatternDoesNotFitItsKey) {
   EXPECT_FALSE(addTo(table, columns, 0, 8));
 }
 
-class Counting : public DataTest {};
+// Adds the pairs of each of 2048 first values with some of 2048 second ones. All values are known
+// from the start, so that keys keep their size and only the number of patterns grows.
+bool addPairs(CountingTable& table, int begin, int end) {
+  constexpr int values = 2048;
+  Columns columns(2, std::vector<OBS>(values));
+  for (int i = 0; i < values; ++i)
+    columns[0][static_cast<std::size_t>(i)].number =
+        columns[1][static_cast<std::size_t>(i)].number = i;
+  bool fits = addTo(table, columns, 0, values);
+  for (int second = begin; fits && second < end; ++second) {
+    columns[1].assign(values, {static_cast<double>(second)});
+    fits = addTo(table, columns, 0, values);
+  }
+  return fits;
+}
+
+TEST(CountingTable, SaysWhenPairsOfKnownValuesAreTooMany) {
+  CountingTable table({0, 0}, false);
+  EXPECT_FALSE(addPairs(table, 0, 2048)) << "four million of them";
+}
+
+TEST(CountingTable, SaysWhenTwoTablesTogetherHoldTooMany) {
+  CountingTable first({0, 0}, false);
+  CountingTable second({0, 0}, false);
+  ASSERT_TRUE(addPairs(first, 0, 600));
+  ASSERT_TRUE(addPairs(second, 600, 1200));
+  EXPECT_FALSE(first.combine(second));
+}
+
+TEST(CountingTable, SaysWhenThePatternsOfTwoTablesDoNotFitOneKey) {
+  const auto tableOf = [](double first) {
+    // Thirty columns of four values each take sixty bits.
+    Columns columns(30, std::vector<OBS>(4));
+    for (auto& column : columns)
+      for (std::size_t i = 0; i < 4; ++i) column[i].number = first + static_cast<double>(i);
+    CountingTable table(std::vector<int>(30, 0), false);
+    EXPECT_TRUE(addTo(table, columns, 0, 4));
+    return table;
+  };
+  CountingTable table = tableOf(0);
+  EXPECT_TRUE(table.combine(tableOf(0)));
+  EXPECT_EQ(table.finish().counts, (std::vector<std::uint64_t>{2, 2, 2, 2}));
+  EXPECT_FALSE(table.combine(tableOf(4)));
+}
+
+TEST(CountingTable, SaysWhenItsStringsTakeTooMuchRoom) {
+  constexpr int width = 32767;
+  constexpr std::size_t words = 4096;
+  constexpr std::size_t strings = 128;
+  CountingTable table({width}, false);
+  bool fits = true;
+  std::size_t added = 0;
+  for (; fits && added < 4096; added += strings) {
+    std::vector<OBS> column(words * strings);
+    for (std::size_t i = 0; i < strings; ++i)
+      column[i * words].number = static_cast<double>(added + i);
+    fits = table.add({column.data()}, strings);
+  }
+  EXPECT_FALSE(fits);
+  EXPECT_GT(added, 2048U) << "64 MiB have room";
+}
+
+class Counting : public DataTest {
+ protected:
+  // As parquet(), cut into groups of 2048 rows for as many threads as like to read them.
+  std::string grouped(const std::string& name, const std::string& query) const {
+    Engine({}).rows("COPY (" + query + ") TO " + duckDbDialect.text(path(name)) +
+                    " (FORMAT parquet, ROW_GROUP_SIZE 2048)");
+    return path(name);
+  }
+  // The patterns of all cases, read by four threads.
+  static Seen read(const std::string& file) {
+    DataOptions options = optionsFor(file, CaseMode::Patterns);
+    options.threads = 4;
+    return readAll(options);
+  }
+};
+
+TEST_F(Counting, PutsTogetherWhatSeveralThreadsHaveCounted) {
+  const Seen seen =
+      read(grouped("t.parquet",
+                   "SELECT i % 3 AS a, CASE i % 7 WHEN 0 THEN 'inf'::DOUBLE WHEN 1 THEN NULL "
+                   "ELSE i % 7 END::DOUBLE AS b FROM range(210000) t(i)"));
+  EXPECT_EQ(seen.cases.size(), 19U) << "three times six patterns, and the end";
+  for (const SeenCase& one : seen.cases)
+    if (!one.empty()) {
+      EXPECT_EQ(one.back(), one[1] == "." ? "20000" : "10000");
+    }
+  ASSERT_EQ(seen.document.messages.size(), 1U);
+  EXPECT_EQ(std::get<double>(seen.document.messages[0].text->items.at(1)->value), 30000);
+}
+
+// Each group of rows is one pattern of thirty columns; all of them together fit no key.
+TEST_F(Counting, LeavesToTheEngineWhatItsThreadsCannotPutTogether) {
+  for (const int groups : {5, 8, 16}) {
+    std::string columns;
+    for (int c = 0; c < 30; ++c)
+      columns += (c == 0 ? "" : ", ") + ("(i // 2048 + " + std::to_string(c) + ")::DOUBLE AS c") +
+                 std::to_string(c);
+    const Seen seen = read(grouped("g.parquet", "SELECT " + columns + " FROM range(" +
+                                                    std::to_string(2048 * groups) + ") t(i)"));
+    ASSERT_EQ(seen.cases.size(), static_cast<std::size_t>(groups) + 1);
+    for (int group = 0; group < groups; ++group) {
+      const SeenCase& one = seen.cases[static_cast<std::size_t>(group)];
+      EXPECT_EQ(one.front(), std::to_string(group));
+      EXPECT_EQ(one.back(), "2048");
+    }
+  }
+}
+
+TEST_F(Counting, WhatGoesWrongWithinTheEngineComesOutAsItWas) {
+  Engine engine({});
+  ScanRequest request;
+  request.columns.emplace_back();
+  const Failure failure = failureOf(
+      [&] { countPatterns(engine, {"SELECT INTERVAL 1 DAY AS v0", false, {false}}, request); });
+  EXPECT_EQ(failure.id, "Data vector of an unknown type ...");
+}
 
 // The engine groups what the table is not for: the patterns are the same.
 TEST_F(Counting, LeavesWhatItCannotHoldToTheEngine) {

@@ -1,12 +1,15 @@
 // CSV counted on its bytes, against a map of lines, and against the engine's reader.
 #include <rapidcheck.h>
 
+#include <chrono>
 #include <map>
 #include <random>
+#include <stdexcept>
 #include <thread>
 
 #include "Support.h"
 #include "embedded/data/CsvCounting.h"
+#include "embedded/data/CsvPatterns.h"
 
 namespace embedded::data {
 namespace {
@@ -121,6 +124,107 @@ TEST_F(CsvCounting, LeavesToTheEngineWhatIsNotPlain) {
   EXPECT_FALSE(isPlain("a,b")) << "no end of the header's line";
 }
 
+TEST_F(CsvCounting, LeavesToTheEngineLinesThatEndInTwoWays) {
+  // As many carriage returns as line feeds, but one stands elsewhere.
+  EXPECT_FALSE(isPlain("a,b\r\n1,\n2,3\r\r\n"));
+  EXPECT_FALSE(isPlain("a,b\r\n1,2\n3,4\r\r\n"));
+  const std::string file = write("data.csv", "a,b\r1,2\r");
+  const CsvForm form{{{file, 3}}, ',', 2};
+  EXPECT_FALSE(countTexts(form, {0}, {1}).has_value()) << "a carriage return and no line feed";
+}
+
+TEST_F(CsvCounting, LeavesToTheEngineWhatIsNoFile) {
+  const std::vector<std::string> others{path("none.csv"), path("."), "/dev/null"};
+  for (const std::string& other : others)
+    EXPECT_FALSE(countTexts({{{other, 1}}, ',', 1}, {0}, {1}).has_value()) << other;
+}
+
+TEST_F(CsvCounting, LeavesToTheEngineLinesLongerThanPlainDataHas) {
+  const std::string line = "1," + std::string(200'000, 'x') + "\n";
+  const std::string file = write("data.csv", "a,b\n1,2\n" + line + "1,2\n");
+  EXPECT_FALSE(counted(file, 2, {0}, 1, 1000).has_value());
+  EXPECT_EQ(counted(file, 2, {0}), (Lines{{{"1"}, 3}})) << "in one block with all others";
+}
+
+TEST_F(CsvCounting, LeavesToTheEnginePatternsThatFitNoKey) {
+  // Lines of thirty fields, in each field one digit.
+  const auto lines = [](char first, char last) {
+    std::string content = "h\n";
+    for (char digit = first; digit <= last; ++digit) {
+      for (int field = 0; field < 30; ++field)
+        content += std::string(field == 0 ? "" : ",") + digit;
+      content += "\n";
+    }
+    return content;
+  };
+  std::vector<std::size_t> all(30);
+  for (std::size_t i = 0; i < all.size(); ++i) all[i] = i;
+  const std::string few = write("few.csv", lines('0', '3'));
+  const std::string others = write("others.csv", lines('4', '7'));
+  const std::string many = write("many.csv", lines('0', '7'));
+  const auto counts = [&](const std::vector<std::string>& files) {
+    CsvForm form{{}, ',', 30};
+    for (const std::string& file : files) form.files.push_back({file, 1});
+    const auto found = countTexts(form, all, {1});
+    return found ? found->patterns.counts : std::vector<std::uint64_t>{};
+  };
+  EXPECT_EQ(counts({few, few}), (std::vector<std::uint64_t>{2, 2, 2, 2}));
+  EXPECT_EQ(counts({others}), (std::vector<std::uint64_t>{1, 1, 1, 1}));
+  EXPECT_TRUE(counts({many}).empty()) << "of one file";
+  EXPECT_TRUE(counts({few, others}).empty()) << "of two files together";
+}
+
+TEST_F(CsvCounting, LeavesToTheEngineColumnsOfManyLongTexts) {
+  std::string content = "a,b\n";
+  for (int i = 0; i < 5000; ++i) content += "a long text " + std::to_string(i) + ",1\n";
+  EXPECT_FALSE(counted(write("data.csv", content), 2, {0}).has_value());
+}
+
+// What happens while a file is read: the listener is called after each block.
+class CsvCountingMeanwhile : public CsvCounting {
+ protected:
+  CsvCountingMeanwhile() {
+    std::string content = "a,b\n";
+    for (int i = 0; i < 1000; ++i) content += "1,0\n";
+    file_ = write("data.csv", content);
+  }
+  auto count(const ProgressListener& listener, int threads = 1) const {
+    return countTexts({{{file_, 3}}, ',', 2}, {0}, {threads, listener, 100});
+  }
+  std::string file_;
+};
+
+TEST_F(CsvCountingMeanwhile, AFileThatGetsShorterIsLeftToTheEngine) {
+  EXPECT_FALSE(count([&](const Progress&) { std::filesystem::resize_file(file_, 203); }));
+}
+
+TEST_F(CsvCountingMeanwhile, AnInterruptEndsIt) {
+  const Failure failure =
+      failureOf([&] { count([](const Progress&) { Session::cancelled = true; }); });
+  Session::cancelled = false;
+  EXPECT_EQ(failure.kind, ErrorKind::Cancelled);
+}
+
+TEST_F(CsvCountingMeanwhile, WhatTheListenerThrowsComesOut) {
+  std::size_t told = 0;
+  const auto listener = [&](const Progress&) {
+    ++told;
+    throw std::range_error("enough");
+  };
+  EXPECT_THROW(count(listener), std::range_error);
+  EXPECT_EQ(told, 1U);
+}
+
+TEST_F(CsvCountingMeanwhile, ALineThatIsNotPlainEndsAllThreads) {
+  std::ofstream(file_, std::ios::app) << "1,\"2\"\n1,2\n";
+  std::size_t told = 0;
+  EXPECT_FALSE(count(
+      [&](const Progress&) {  // a slow one: the other thread comes to the quotes meanwhile
+        if (++told == 1) std::this_thread::sleep_for(std::chrono::milliseconds(100));
+      },
+      2));
+}
+
 TEST_F(CsvCounting, LeavesToTheEngineColumnsOfManyTexts) {
   std::string content = "a,b\n";
   for (int i = 0; i < 5000; ++i) content += std::to_string(i) + ",1\n";
@@ -160,6 +264,16 @@ class CsvPatterns : public CsvCounting {
     return readAll(options, {"v", "t", "s", "w"});
   }
 };
+
+TEST_F(CsvPatterns, AreLeftToTheEngineWithoutRoomForTheirTexts) {
+  const std::string file = write("d.csv", "v\n1\n0\n1\n");
+  Engine engine({});
+  const CsvSource source(engine, parseAddress(file), {});
+  ScanRequest request;
+  request.columns.emplace_back().as = ColumnKind::Integer;
+  EXPECT_TRUE(countCsvPatterns(engine, source, request, {1}, path("texts.csv")).has_value());
+  EXPECT_FALSE(countCsvPatterns(engine, source, request, {1}, path("none/texts.csv")).has_value());
+}
 
 TEST_F(CsvPatterns, AreThoseThatTheEngineFinds) {
   const std::string schema = write("both.json", R"({"fields": [

@@ -72,6 +72,35 @@ TEST_F(Order, TwoSplitVariablesTheFirstOutermost) {
                                                               {}}));
 }
 
+TEST_F(Order, BooleansAndTimesAscend) {
+  const std::string file =
+      parquet("b.parquet",
+              "SELECT * FROM (VALUES (true, TIME '00:00:02', 1), (NULL, NULL, 2), "
+              "(false, TIME '00:00:03', 3), (true, TIME '00:00:01', 4)) t(b, t, v)");
+  for (const CaseMode mode : {CaseMode::CaseByCase, CaseMode::Patterns})
+    EXPECT_EQ(casesOf(file, {"b", "t"}, mode), (std::vector<SeenCase>{{".", ".", "2", "1"},
+                                                                      {},
+                                                                      {"0", "3", "3", "1"},
+                                                                      {},
+                                                                      {"1", "1", "4", "1"},
+                                                                      {},
+                                                                      {"1", "2", "1", "1"},
+                                                                      {}}));
+}
+
+TEST_F(Order, WideRowsComeInPiecesOfAChunk) {
+  std::string columns = "i";
+  for (int c = 1; c < 60; ++c)
+    columns += ", i + " + std::to_string(c) + " AS c" + std::to_string(c);
+  const std::vector<SeenCase> cases =
+      casesOf(parquet("w.parquet", "SELECT " + columns + " FROM range(3000) t(i)"), {});
+  ASSERT_EQ(cases.size(), 3001U);
+  for (std::size_t i = 0; i < 3000; ++i) {
+    ASSERT_EQ(cases[i].front(), std::to_string(i));
+    ASSERT_EQ(cases[i][59], std::to_string(i + 59));
+  }
+}
+
 TEST_F(Order, TiesStayInTheOrderOfTheData) {
   const std::string file =
       parquet("t.parquet", "SELECT (i * 7919) % 3 AS g, i AS v FROM range(100000) t(i)");

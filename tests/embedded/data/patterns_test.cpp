@@ -6,6 +6,7 @@
 #include <random>
 
 #include "Support.h"
+#include "embedded/data/DataMessages.h"
 #include "host/distributions/MCMV.h"
 
 namespace embedded::data {
@@ -143,6 +144,35 @@ TEST_F(Patterns, AColumnThatIsBothWeightAndSplitGroupsByItsRawValue) {
   options.splits = {"w"};
   EXPECT_EQ(readAll(options, {"v", "w"}).cases,
             (std::vector<SeenCase>{{"1", "0.7", "1"}, {}, {"1", "2", "4"}, {}}));
+}
+
+TEST_F(Patterns, OfNoColumnsAreTheNumberOfCases) {
+  for (const std::string& file :
+       {write("n.csv", "v\n1\n0\n1\n"), parquet("n.parquet", "SELECT unnest([1, 0, 1]) AS v")})
+    for (const CaseMode mode : {CaseMode::Auto, CaseMode::CaseByCase, CaseMode::Patterns}) {
+      DataOptions options = optionsFor(file, mode);
+      options.cases.rowsAtOnce = 2;
+      OpenedData opened = openData(options);
+      opened.cases->use({});
+      for (int pass = 0; pass < 2; ++pass) {
+        std::uint64_t cases = 0;
+        const auto stream = opened.cases->open();
+        for (CaseBlock block; stream->next(block);)
+          for (std::size_t i = 0; i < block.count; ++i)
+            cases += block.counts == nullptr ? 1 : block.counts[i];
+        EXPECT_EQ(cases, 3U) << file << ", pass " << pass;
+      }
+    }
+}
+
+TEST_F(Patterns, AStringLongerThanDeclaredIsRefused) {
+  DataOptions options =
+      optionsFor(parquet("l.parquet", "SELECT unnest(['abc', 'abcd']) AS v"), CaseMode::Patterns);
+  options.schema =
+      write("l.json", R"({"fields": [{"name": "v", "constraints": {"maxLength": 3}}]})");
+  const Failure failure = failureOf([&] { readAll(options); });
+  EXPECT_EQ(failure.id, messages::widerString.id);
+  EXPECT_EQ(failure.arguments, (std::vector<std::string>{path("l.parquet"), "2", "v", "4", "3"}));
 }
 
 }  // namespace

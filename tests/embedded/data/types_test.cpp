@@ -58,6 +58,51 @@ TEST_F(Types, TypedColumns) {
                 {"1.25", "[b]", "10", "1.5", "2.25", "1", "1.5", "200", "-3", "1"}, {}}));
 }
 
+TEST_F(Types, ColumnsOfADatabase) {
+  Engine({}).rows(std::vector<std::string>{
+      "ATTACH " + duckDbDialect.text(path("d.duckdb")) + " AS d",
+      "CREATE TABLE d.t AS SELECT (-128)::TINYINT AS i8, 65535::USMALLINT AS u16, "
+      "4294967295::UINTEGER AS u32, 36893488147419103232::HUGEINT AS i128, 5::UHUGEINT AS u128, "
+      "1.25::DECIMAL(4,2) AS d4, 1.25::DECIMAL(38,2) AS d38, "
+      "'1970-01-01 00:01:30'::TIMESTAMP_S AS s, '1970-01-01 00:00:01.5'::TIMESTAMP_MS AS ms, "
+      "'1970-01-01 00:00:02.25'::TIMESTAMP_NS AS ns, "
+      "'1970-01-01 02:00:01+02'::TIMESTAMPTZ AS tz, '00:00:01.123456789'::TIME_NS AS t, "
+      "'00000000-0000-0000-0000-00000000000a'::UUID AS id"});
+  const SeenCase expected{"-128",
+                          "65535",
+                          "4294967295",
+                          output::shortest(0x1p65),
+                          "5",
+                          "1.25",
+                          "1.25",
+                          "90",
+                          "1.5",
+                          "2.25",
+                          "1",
+                          "1.123456789",
+                          "[00000000-0000-0000-0000-00000000000a]",
+                          "1"};
+  for (const CaseMode mode : {CaseMode::CaseByCase, CaseMode::Patterns})
+    EXPECT_EQ(readAll(optionsFor(path("d.duckdb") + "?table=t", mode)).cases,
+              (std::vector<SeenCase>{expected, {}}));
+}
+
+TEST_F(Types, TimesOfCsvMayHaveAZone) {
+  EXPECT_EQ(casesOf(write("z.csv", "t\n1970-01-01T00:00:01+00:00\n1970-01-01T02:00:02+02:00\n")),
+            (std::vector<SeenCase>{{"1", "1"}, {"2", "1"}, {}}));
+}
+
+TEST_F(Types, ManyLargeNumbersThatADoubleHolds) {
+  std::string content = "a\n";
+  for (int i = 0; i < 6000; ++i) content += "9007199254740994\n";
+  const std::vector<SeenCase> cases = casesOf(write("l.csv", content));
+  ASSERT_EQ(cases.size(), 6001U);
+  for (const SeenCase& one : cases)
+    if (!one.empty()) {
+      EXPECT_EQ(one[0], output::shortest(0x1p53 + 2));
+    }
+}
+
 TEST_F(Types, NegativeZeroIsZeroAndWhatIsNotFiniteIsMissingWithAWarning) {
   const std::string file = parquet(
       "z.parquet",
