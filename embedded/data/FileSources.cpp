@@ -53,9 +53,20 @@ std::string ParquetSource::from(std::span<const ColumnRead>) const {
 JsonSource::JsonSource(Engine& engine, const DataAddress& address)
     : TableSource(address.text), files_(address.files) {
   columns_ = described(engine, "read_json(" + fileList(files_) + ")", name_);
-  if (columns_.size() == 1 && columns_[0].name == "json")
+  if (columns_.size() == 1 && columns_[0].name == "json" && !holdObjects(engine))
     fail(messages::unreadable, {name_, "Reason no list of objects ..."});
   findEmpty(engine);
+}
+
+// The engine calls what is no object a column "json"; objects may have a column of that name.
+bool JsonSource::holdObjects(Engine& engine) const {
+  return engine
+             .rows(
+                 "SELECT bool_and(json_type(json) = 'OBJECT') AND bool_or(json_exists(json, "
+                 "'$.json')) FROM read_json_objects(" +
+                 fileList(files_) + ")")
+             .at(0)
+             .at(0) == "true";
 }
 
 // The engine calls a column without any value one of JSON values; it is one of missing numbers.
@@ -141,18 +152,10 @@ std::string DatabaseSource::from(std::span<const ColumnRead>) const {
 
 std::unique_ptr<TableSource> openTable(Engine& engine, const DataAddress& address,
                                        const std::vector<std::string>& nullTexts) {
-  switch (address.kind) {
-    case FileKind::Csv:
-    case FileKind::Tsv:
-      return std::make_unique<CsvSource>(engine, address, nullTexts);
-    case FileKind::Parquet:
-      return std::make_unique<ParquetSource>(engine, address);
-    case FileKind::Json:
-      return std::make_unique<JsonSource>(engine, address);
-    case FileKind::DuckDb:
-      return std::make_unique<DatabaseSource>(engine, address);
-  }
-  fail(messages::unknownKind, {address.text});
+  if (address.kind == FileKind::Parquet) return std::make_unique<ParquetSource>(engine, address);
+  if (address.kind == FileKind::Json) return std::make_unique<JsonSource>(engine, address);
+  if (address.kind == FileKind::DuckDb) return std::make_unique<DatabaseSource>(engine, address);
+  return std::make_unique<CsvSource>(engine, address, nullTexts);
 }
 
 }  // namespace embedded::data

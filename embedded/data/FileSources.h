@@ -26,6 +26,7 @@ class JsonSource final : public TableSource {
                             std::span<const ColumnRead> reads) const override;
 
  private:
+  bool holdObjects(Engine& engine) const;
   void findEmpty(Engine& engine);
   std::string table(std::span<const ColumnRead> reads, bool texts) const;
   std::vector<std::string> files_;

@@ -56,8 +56,9 @@ std::optional<double> seconds(std::string_view& text) {
   if (!minute || *minute > 59) return std::nullopt;
   const double whole = 3600.0 * *hour + 60.0 * *minute;
   if (!take(text, ':')) return whole;
+  constexpr std::string_view decimalDigits = "0123456789";
+  if (std::min(text.find_first_not_of(decimalDigits), text.size()) != 2) return std::nullopt;
   const std::size_t end = std::min(text.find_first_not_of("0123456789."), text.size());
-  if (end < 2 || (end > 2 && text[2] != '.')) return std::nullopt;
   const auto second = plainNumber(text.substr(0, end));
   if (!second || *second >= 60) return std::nullopt;
   text.remove_prefix(end);
@@ -75,22 +76,21 @@ std::optional<double> timestamp(std::string_view text) {
   return *day * 86400.0 + *second;
 }
 
-std::optional<double> whole(std::optional<double> value, std::string_view rest) {
-  return rest.empty() ? value : std::nullopt;
+// The text as what `part` takes off its front, where that is all of it.
+std::optional<double> whole(std::string_view text,
+                            std::optional<double> (*part)(std::string_view& text)) {
+  const auto value = part(text);
+  return text.empty() ? value : std::nullopt;
 }
 
 }  // namespace
 
 std::optional<double> numberOf(std::string_view text, ValueKind kind) {
   switch (kind) {
-    case ValueKind::Date: {
-      const auto value = days(text);
-      return whole(value, text);
-    }
-    case ValueKind::Time: {
-      const auto value = seconds(text);
-      return whole(value, text);
-    }
+    case ValueKind::Date:
+      return whole(text, days);
+    case ValueKind::Time:
+      return whole(text, seconds);
     case ValueKind::Timestamp:
       return timestamp(text);
     case ValueKind::Boolean:

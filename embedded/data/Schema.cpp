@@ -41,13 +41,13 @@ Json parse(const std::string& file) {
   try {
     return Json::parse(text);
   } catch (const Json::parse_error& error) {
-    refuseSyntax(file, text, error.byte == 0 ? 0 : error.byte - 1, error.what());
+    refuseSyntax(file, text, error.byte - 1, error.what());
   } catch (const Json::out_of_range& error) {
     // A number that no double holds; its text stands in quotes, its place is not told.
     const std::string what = error.what();
     const std::size_t begin = what.find('\'') + 1;
     const std::size_t place = text.find(what.substr(begin, what.rfind('\'') - begin));
-    refuseSyntax(file, text, place == std::string::npos ? 0 : place, what);
+    refuseSyntax(file, text, place, what);
   }
 }
 
@@ -60,8 +60,7 @@ class Reader {
   }
 
   [[noreturn]] void wrong(const std::string& property, const std::string& wanted) const {
-    std::string place = place_;
-    if (!property.empty()) place += (place.empty() ? "" : ".") + property;
+    const std::string place = placeOf(property);
     fail(messages::schemaShape,
          {file_, place.empty() ? "Wanted of whole file ..." : place, wanted});
   }
@@ -113,7 +112,7 @@ class Reader {
         result.push_back({scalar(entry, property), ""});
         continue;
       }
-      const Reader inner(file_, place_ + (place_.empty() ? "" : ".") + property, entry);
+      const Reader inner(file_, placeOf(property), entry);
       if (!entry.contains("value")) inner.wrong("value", "Wanted at all ...");
       result.push_back({scalar(entry["value"], property), inner.text("label")});
     }
@@ -125,7 +124,7 @@ class Reader {
     const Json* entries = list(property);
     if (entries == nullptr) return result;
     for (const Json& entry : *entries) {
-      const Reader inner(file_, place_ + (place_.empty() ? "" : ".") + property, entry);
+      const Reader inner(file_, placeOf(property), entry);
       MissingRange range{inner.bound("min", std::numeric_limits<double>::lowest()),
                          inner.bound("max", std::numeric_limits<double>::max()),
                          inner.text("label")};
@@ -136,6 +135,12 @@ class Reader {
   }
 
  private:
+  // A property's place in the file; this object's own when none is named.
+  std::string placeOf(const std::string& property) const {
+    if (place_.empty() || property.empty()) return place_ + property;
+    return place_ + "." + property;
+  }
+
   std::string scalar(const Json& value, const char* property) const {
     if (value.is_string()) return value.get<std::string>();
     if (value.is_null()) return "";

@@ -73,7 +73,7 @@ bool SessionIterator::endMark() {
 }
 
 bool SessionIterator::finish() {
-  if (!done_ && counter_) counter_->finish();
+  if (counter_) counter_->finish();
   done_ = true;
   block_ = {};
   return false;

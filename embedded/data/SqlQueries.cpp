@@ -37,7 +37,7 @@ SqlQueries::SqlQueries(const SqlServer& server)
 
 SqlColumn SqlQueries::column(const ColumnRead& read) const {
   const Column& column = server_.columns()[static_cast<std::size_t>(read.column)];
-  return server_.column(column, isText(read.as) || isText(column.kind));
+  return server_.column(column, isText(read.as));
 }
 
 bool SqlQueries::isNumber(const ColumnRead& read) const {

@@ -70,7 +70,7 @@ class SqlServer {
   // The quoted table, for FROM.
   virtual const std::string& table() const = 0;
   virtual const std::vector<Column>& columns() const = 0;
-  // With `asText` the value is a text, whatever the column holds.
+  // With `asText` the value is a text, whatever the column holds; one of texts always is.
   virtual SqlColumn column(const Column& column, bool asText) const = 0;
   // Whether all queries of this connection see the same state of the data.
   virtual bool isSnapshot() const = 0;

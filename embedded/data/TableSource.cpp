@@ -45,11 +45,6 @@ constexpr std::array<std::pair<std::string_view, ColumnKind>, 27> kinds{{
     {"BLOB", ColumnKind::Unsupported},
 }};
 
-bool endsIn(const std::string& text, std::string_view ending) {
-  return text.size() >= ending.size() &&
-         text.compare(text.size() - ending.size(), ending.size(), ending) == 0;
-}
-
 // A path in which the engine's wildcards stand for themselves.
 std::string literalPath(const std::string& path) {
   std::string result;
@@ -65,7 +60,7 @@ std::string literalPath(const std::string& path) {
 }  // namespace
 
 ColumnKind kindOfType(const std::string& typeName) {
-  if (endsIn(typeName, "]")) return ColumnKind::Unsupported;  // lists and arrays
+  if (typeName.ends_with(']')) return ColumnKind::Unsupported;  // lists and arrays
   if (typeName.starts_with("DECIMAL(")) return ColumnKind::Real;
   if (typeName.starts_with("ENUM(")) return ColumnKind::Text;
   for (const auto& [name, kind] : kinds)

@@ -7,13 +7,22 @@
 #include "DataMessages.h"
 
 namespace embedded::data {
+namespace {
+
+// The place that std::filesystem::temp_directory_path() looks at, which does not tell the name of
+// one that is no folder.
+std::filesystem::path placeOfAll() {
+  for (const char* variable : {"TMPDIR", "TMP", "TEMP", "TEMPDIR"})
+    if (const char* place = std::getenv(variable); place != nullptr && *place != '\0') return place;
+  return "/tmp";
+}
+
+}  // namespace
 
 TemporaryFolder::TemporaryFolder() {
-  std::error_code error;
-  const std::filesystem::path parent = std::filesystem::temp_directory_path(error);
+  const std::filesystem::path parent = placeOfAll();
   std::string name = (parent / "proportions-XXXXXX").string();
-  if (error || mkdtemp(name.data()) == nullptr)
-    fail(messages::noTemporaryFolder, {parent.string()});
+  if (mkdtemp(name.data()) == nullptr) fail(messages::noTemporaryFolder, {parent.string()});
   path_ = name;
 }
 

@@ -38,7 +38,7 @@ struct Setting {
 };
 
 // Settings under which an answer is what the query says and the whole of it. A profile may have
-// set others. Those that a server does not know are left out.
+// set others. Those that a server does not know are left out. They stand in a URL as they are.
 constexpr std::array neededSettings{
     Setting{"skip_unavailable_shards", "0"},
     Setting{"distributed_group_by_no_merge", "0"},
@@ -88,19 +88,6 @@ int codeOf(const std::string& text) {
     default:
       fail(messages::engineFailure, {options.source, briefOf(text)});
   }
-}
-
-std::string escaped(std::string_view text) {
-  static constexpr std::string_view digits = "0123456789ABCDEF";
-  std::string result;
-  for (const char byte : text) {
-    const auto value = static_cast<unsigned char>(byte);
-    if (std::isalnum(value) != 0)
-      result += byte;
-    else
-      result += {'%', digits[value >> 4U], digits[value & 15U]};
-  }
-  return result;
 }
 
 std::string randomName() {
@@ -289,7 +276,7 @@ class ClickHouse final : public data::SqlServer {
       const bool isLuxury =
           name == "readonly" || name.starts_with("cancel_") || name.starts_with("max_");
       if (!isSame && !(mayOnlyRead && isLuxury))
-        settings_ += "&" + name + "=" + escaped(setting.value);
+        settings_ += "&" + name + "=" + std::string(setting.value);
     }
     // Told only to those who watch: each report is a line in the head of an answer.
     if (door_.options.progress && !mayOnlyRead)

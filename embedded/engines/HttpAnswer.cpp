@@ -34,7 +34,7 @@ std::uint64_t numberIn(std::string_view line, std::string_view name) {
   std::size_t at = line.find(key);
   if (at == line.npos) return 0;
   at += key.size();
-  if (at < line.size() && line[at] == '"') ++at;
+  if (line.substr(at).starts_with('"')) ++at;
   std::uint64_t number = 0;
   std::from_chars(line.data() + at, line.data() + line.size(), number);
   return number;

@@ -27,7 +27,7 @@ constexpr const char* passwordVariable = "PGPASSWORD";
 
 // What the library says, on one line and without the place in the server's own code.
 std::string brief(const char* text) {
-  std::string all(text == nullptr ? "" : text);
+  std::string all(text);
   all.resize(std::min(all.find("LOCATION:"), all.size()));
   std::string line;
   for (const char byte : all) {
@@ -93,7 +93,7 @@ void PostgreSqlConnection::connect() {
   const double longest = options_.timeout > 0 ? options_.timeout : longestConnect;
   const data::ServerOptions patience{options_.source, longest, options_.cancelled};
   for (PostgresPollingStatusType state = PGRES_POLLING_WRITING; state != PGRES_POLLING_OK;) {
-    if (PQstatus(connection_.get()) == CONNECTION_BAD || state == PGRES_POLLING_FAILED)
+    if (state == PGRES_POLLING_FAILED || PQstatus(connection_.get()) == CONNECTION_BAD)
       failConnection();
     pollfd socket{PQsocket(connection_.get()),
                   static_cast<short>(state == PGRES_POLLING_READING ? POLLIN : POLLOUT), 0};

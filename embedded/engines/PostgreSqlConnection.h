@@ -32,8 +32,6 @@ class PostgreSqlConnection {
   // The next row, or null at the end. The result holds exactly one row.
   ResultPtr fetch();
 
-  const data::ServerOptions& options() const { return options_; }
-
  private:
   struct Finish {
     void operator()(PGconn* connection) const { PQfinish(connection); }

@@ -162,8 +162,7 @@ SqlValue postgreSqlValue(const PGresult* result, int row, int field) {
       return SqlValue::ofReal(static_cast<double>(bigEndian<std::int64_t>(bytes)) / 1e6);
     case Group::Timestamp:
       return timestampOf(bigEndian<std::int64_t>(bytes));
-    case Group::Decimal:  // never asked for as such
-    case Group::Text:
+    default:  // decimals are asked for as texts
       break;
   }
   return SqlValue::ofText({bytes, static_cast<std::size_t>(length)});

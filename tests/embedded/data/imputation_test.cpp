@@ -89,6 +89,18 @@ TEST_F(Imputations, HaveTheSplitGroupsOfTheOriginal) {
             messages::imputationLacksSplit.id);
 }
 
+TEST_F(Imputations, OfWhichASplitGroupIsWrongAreNamedByAllOfItsValues) {
+  OpenedData opened = open("imp,g,h\n0,a,1\n1,a,1\n2,a,1\n2,b,3\n", CaseMode::Auto, {"g", "h"});
+  ImputationSource source(std::move(opened.cases), opened.dictionary);
+  source.use({});
+  const Failure failure = failureOf([&] {
+    const auto stream = source.open();
+    for (CaseBlock block; stream->next(block);) continue;
+  });
+  EXPECT_EQ(failure.id, messages::imputationOtherSplit.id);
+  EXPECT_EQ(failure.arguments, (std::vector<std::string>{"imp", "2", "g = b, h = 3"}));
+}
+
 // A number that is user-missing is no number of an imputation.
 TEST_F(Imputations, HaveNoUserMissingNumber) {
   write("data.schema.json",

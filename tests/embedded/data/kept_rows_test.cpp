@@ -79,6 +79,15 @@ TEST(KeptRows, AreGivenUpWhenTheyTakeTooMuch) {
   EXPECT_EQ(kept.chunks(), 0U);
 }
 
+// A run that asks for no column has rows, but no words of them.
+TEST(KeptRows, WithoutWordsAreNotKept) {
+  KeptRows kept(0);
+  kept.add({});
+  kept.finish({});
+  EXPECT_FALSE(kept.isWhole());
+  EXPECT_EQ(kept.chunks(), 0U);
+}
+
 class KeptCases : public DataTest {};
 
 // Many different values in some columns, split groups and weights: never patterns.

@@ -229,6 +229,15 @@ TEST(ServerScripts, LeaveNoProcessBehind) {
   }
 }
 
+// What the library says of it holds a word that looks like the code of an error.
+TEST_F(Address, WithAWayOfConnectingThatThereIsNot) {
+  expectFailure("postgresql://me@127.0.0.1:1/tests/t?sslmode=%3A%2028P01%20x", 3, "no connection");
+}
+
+TEST_F(Address, WithoutAUserIsOfTheOneWhoRunsTheProgram) {
+  expectFailure("postgresql://127.0.0.1:1/tests/t", 3, "no connection");
+}
+
 class PostgreSqlFaults : public Faults {
  protected:
   void SetUp() override { REQUIRE_INSTALLED(postgreSql()); }

@@ -66,7 +66,7 @@ std::string slowAnswer(const std::string& sql) {
   std::string head;
   for (const char* rows : {"1000", "2000", "3000"})
     head += std::string("X-ClickHouse-Progress: {\"read_rows\":\"") + rows +
-            "\",\"read_bytes\":\"9\",\"total_rows\":\"3000\"}\r\n" + FakeServer::pause;
+            "\",\"read_bytes\":\"9\",\"total_rows\":\"3000\"}\r\n" + std::string(FakeServer::pause);
   // The sample: 3000 rows, one pattern; and then that pattern.
   if (sql.find("some_rows") != std::string::npos)
     return answer(std::string("\0\0\0\0\0\x70\xA7\x40\x01\0\0\0\0\0\0\0", 16), head);

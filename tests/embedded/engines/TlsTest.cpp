@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 
 #include "Servers.h"
 #include "tests_cli/Program.h"
@@ -176,6 +177,30 @@ TEST_F(Tls, IsReadWhereTheAuthorityIsTrusted) {
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_EQ(outcome.out, plain);
   }
+}
+
+TEST_F(Tls, IsReadWhereAFolderOfAuthoritiesIsTrusted) {
+  const TlsFront server(folder_, "right", plainPort());
+  const std::string address = addressAt("clickhouse+https", std::to_string(server.port()));
+  const std::filesystem::path authorities = folder_.path() / "authorities";
+  std::filesystem::create_directory(authorities);
+  std::filesystem::copy(authority(), authorities / "ca.pem");
+  openssl("rehash authorities");
+  {
+    const Variable trusted("SSL_CERT_DIR", authorities.string());
+    EXPECT_EQ(start(address).status, 0);
+  }
+  const Variable none("SSL_CERT_DIR", "");
+  expectFailure(start(address), "could not prove");
+}
+
+// As where a variable is not set.
+TEST_F(Tls, AnEmptyVariableNamesNoFileOfAuthorities) {
+  const TlsFront server(folder_, "right", plainPort());
+  const Variable empty("CURL_CA_BUNDLE", "");
+  const Variable trusted("SSL_CERT_FILE", authority());
+  const Outcome outcome = start(addressAt("clickhouse+https", std::to_string(server.port())));
+  EXPECT_EQ(outcome.status, 0) << outcome.err;
 }
 
 TEST_F(Tls, OfAnUnknownAuthorityIsRefusedBeforeAnythingIsSaid) {

@@ -115,6 +115,34 @@ TEST_F(EngineTypes, PostgreSqlColumns) {
             messages::unsupportedType.id);
 }
 
+TEST_F(EngineTypes, PostgreSqlObjectNumbersAndBooleans) {
+  REQUIRE_INSTALLED(postgreSql());
+  postgreSql().execute(
+      "CREATE TABLE objects (o oid, b boolean); INSERT INTO objects VALUES (4000000001, false), "
+      "(1, true), (NULL, NULL)");
+  for (const CaseMode mode : {CaseMode::CaseByCase, CaseMode::Patterns}) {
+    DataOptions options = optionsFor(postgreSql().address("objects"), mode);
+    EXPECT_EQ(valuesOf(options),
+              (std::vector<SeenCase>{{".", "."}, {"1", "1"}, {"4000000001", "0"}}));
+    options.weight = "o";
+    EXPECT_EQ(readAll(options, {"b"}).cases.size(), 4U);
+    options.splits = {"o", "b"};
+    EXPECT_EQ(readAll(options, {"o"}).cases.size(), 6U);
+  }
+}
+
+// Nobody is to ask for one; what comes is taken for the text that it is.
+TEST_F(EngineTypes, APostgreSqlTypeThatIsNotKnownIsATextOnTheWire) {
+  REQUIRE_INSTALLED(postgreSql());
+  postgreSql().execute("CREATE TABLE documents AS SELECT '5'::json AS j");
+  OpenedData opened = openData(optionsFor(postgreSql().address("documents")));
+  ScanRequest request;
+  request.columns.emplace_back().as = ColumnKind::Real;
+  std::vector<OBS> rows;
+  EXPECT_EQ(opened.cases->relation().scan(request)->next(rows), 1U);
+  EXPECT_EQ(rows.at(0).number, 5.0);
+}
+
 TEST_F(EngineTypes, PostgreSqlInfinitiesAreMissingAndCounted) {
   REQUIRE_INSTALLED(postgreSql());
   postgreSql().execute(
@@ -342,6 +370,55 @@ TEST_F(EngineTypes, AnUnfinishedAnswerGivesWayToAnother) {
     }
     EXPECT_EQ(relation.rowCount(), 300000U);
   }
+}
+
+// One connection answers one query at a time; the older one cannot go on.
+TEST_F(EngineTypes, APostgreSqlAnswerThatWasGivenUpIsNotReadOn) {
+  REQUIRE_INSTALLED(postgreSql());
+  postgreSql().execute(
+      "CREATE VIEW overtaken AS SELECT i AS v FROM generate_series(1, 10000) AS i");
+  OpenedData opened = openData(optionsFor(postgreSql().address("overtaken")));
+  ScanRequest request;
+  request.columns.emplace_back().as = ColumnKind::Integer;
+  std::vector<OBS> rows;
+  const auto older = opened.cases->relation().scan(request);
+  EXPECT_GT(older->next(rows), 0U);
+  const auto newer = opened.cases->relation().scan(request);
+  EXPECT_GT(newer->next(rows), 0U);
+  EXPECT_EQ(failureOf([&] { older->next(rows); }).kind, ErrorKind::Internal);
+  EXPECT_GT(newer->next(rows), 0U);
+}
+
+// The first question finds out, and the next ones know.
+TEST_F(EngineTypes, APostgreSqlServerThatEndedTheConnectionAnswersNothingMore) {
+  REQUIRE_INSTALLED(postgreSql());
+  postgreSql().execute("CREATE TABLE left_alone AS SELECT 1 AS v");
+  OpenedData opened = openData(optionsFor(postgreSql().address("left_alone")));
+  EXPECT_EQ(opened.cases->relation().rowCount(), 1U);
+  postgreSql().execute(
+      "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE application_name = "
+      "'proportions' AND pid <> pg_backend_pid()");
+  for (int i = 0; i < 2; ++i)
+    EXPECT_EQ(failureOf([&] { opened.cases->relation().rowCount(); }).kind, ErrorKind::Data);
+}
+
+// The question itself is of twelve megabytes, more than a connection takes at once.
+TEST_F(EngineTypes, LongTextsArePutInOrder) {
+  REQUIRE_INSTALLED(postgreSql());
+  postgreSql().execute(
+      "CREATE TABLE long_texts AS SELECT CASE WHEN i % 2 = 0 THEN 'b' ELSE 'C' END || "
+      "repeat('x', 20000) || to_char(i, 'FM0000') AS s FROM generate_series(1, 600) AS i");
+  DataOptions options = optionsFor(postgreSql().address("long_texts"), CaseMode::Patterns);
+  options.splits = {"s"};
+  options.cases.collation = "en";
+  std::vector<std::string> places;
+  for (const SeenCase& seen : readAll(options).cases)
+    if (!seen.empty()) places.push_back(seen[0].substr(0, 2) + seen[0].substr(20002, 4));
+  ASSERT_EQ(places.size(), 600U);
+  EXPECT_EQ(places.front(), "[b0002");
+  EXPECT_EQ(places[299], "[b0600");
+  EXPECT_EQ(places[300], "[C0001");
+  EXPECT_TRUE(std::ranges::is_sorted(places.begin(), places.begin() + 300));
 }
 
 // More than the answer's buffers hold, so that the server has to wait for the reader.
