@@ -564,5 +564,52 @@ TEST_F(DifferenceOfHalves, HasNoneWhereTheHalvesCannotBeRelated) {
   EXPECT_EQ(interval(), lacking);
 }
 
+// Labels of comparisons are of the same pair when the description says that both compare, and their
+// first arguments are the same.
+TEST_F(DifferenceOfHalves, BelongsToTheHalvesOfItsPairAlone) {
+  const auto count = [](double value) { return Text::number(value, NumberFormat::Count); };
+  const TextPtr pair = Text::composite("Pair ^1 of ^2", {count(7), Text::string("z")});
+  const std::pair<TextPtr, bool> halves[] = {{Text::composite("Pair ^1", {count(7)}), true},
+                                             {Text::composite("Pair ^1", {count(8)}), false},
+                                             {Text::composite("Group ^1", {count(7)}), false},
+                                             {Text::composite("Pair ^1", {}), false},
+                                             {pair, true}};
+  const Values half{{"Share", 0.4}, {"People", 50}, {"Error", 0.07}};
+  for (const auto& [about, isFound] : halves) {
+    document_ = {};
+    document_.data.splits = {splits_[0]};
+    writer_ = Writer(document_);
+    for (const double number : {0, 1, 2}) {
+      begin(number);
+      row("Halves", "Half", Text::string("left"), about, half);
+      row("Halves", "Half", Text::string("right"), about,
+          {{"Share", 0.3 + 0.1 * number}, {"People", 50}, {"Error", 0.07}});
+      row("Gaps", "Method", Text::string("Square"), pair,
+          {{"Gap", 0.1 * number}, {"Error", 0.1}, {"From", -0.5}, {"To", 0.5}});
+    }
+    pool();
+    EXPECT_EQ(interval(), isFound ? "valid" : lacking) << machineText(*about);
+  }
+}
+
+// The other way round: the difference names no pair.
+TEST_F(DifferenceOfHalves, HasNoHalvesWhereItNamesNoPair) {
+  const Values half{{"Share", 0.4}, {"People", 50}, {"Error", 0.07}};
+  for (const double number : {0, 1, 2}) {
+    begin(number);
+    for (const char* side : {"left", "right"}) {
+      row("Halves", "Half", Text::string(side),
+          Text::composite("Pair ^1", {Text::number(7, NumberFormat::Count)}), half);
+    }
+    row("Gaps", "Method", Text::string("Square"),
+        number == 0 ? Text::string("x")
+                    : Text::composite("Sum ^1", {Text::number(7, NumberFormat::Count)}),
+        {{"Gap", 0.1 * number}, {"Error", 0.1}, {"From", -0.5}, {"To", 0.5}});
+    row("Gaps", "Method", Text::string("Plainly"), Text::string("x"), {{"Gap", 0.1 * number}});
+  }
+  pool();
+  EXPECT_EQ(interval(), lacking);
+}
+
 }  // namespace
 }  // namespace embedded::output
