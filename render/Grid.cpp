@@ -47,7 +47,7 @@ std::vector<Index> nodesOn(const std::vector<std::size_t>& dimensions, const Cel
 
 std::vector<Index> pathOf(const Dimension& dimension, Index node) {
   std::vector<Index> path;
-  for (; node != 0 && node != none; node = dimension.nodes[node].parent) {
+  for (; node != 0; node = dimension.nodes[node].parent) {
     path.push_back(node);
   }
   std::reverse(path.begin(), path.end());

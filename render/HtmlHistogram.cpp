@@ -72,11 +72,15 @@ std::string statisticOf(const Distribution& distribution, const PlotAxis& axis) 
                                            : std::string();
 }
 
-std::string captionOf(const Placed& one, const ReaderTable& shown, const Context& context) {
+// Empty where the statistic is named by its dimension alone.
+std::string nameOf(const Placed& one, const ReaderTable& shown) {
   const ReaderColumn& column = shown.columns[one.column];
+  return column.labels.empty() ? std::string() : column.labels.back().text;
+}
+
+std::string captionOf(const Placed& one, const ReaderTable& shown, const Context& context) {
   return phrase(context, "Bootstrap distribution of ^1: ^2",
-                {column.labels.empty() ? std::string() : column.labels.back().text,
-                 subjectOf(shown, shown.rows[one.row])});
+                {nameOf(one, shown), subjectOf(shown, shown.rows[one.row])});
 }
 
 void writeOne(const Placed& one, const ReaderTable& shown, const Context& context,
@@ -91,7 +95,7 @@ void writeOne(const Placed& one, const ReaderTable& shown, const Context& contex
       << band(distribution, histogram.axis)
       << R"(<svg viewBox="0 0 100 100" preserveAspectRatio="none"><path d=")" << histogram.path
       << "\"/></svg>" << statisticOf(distribution, histogram.axis) << "</svg>\n";
-  writeHtmlAxis(histogram.axis, shown.columns[one.column].labels.back().text, context, out);
+  writeHtmlAxis(histogram.axis, nameOf(one, shown), context, out);
   out << "</figure>\n";
 }
 

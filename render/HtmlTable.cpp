@@ -25,9 +25,7 @@ std::size_t decimalsOf(std::string_view text, std::string_view point) {
     return 0;
   }
   const std::string_view rest = text.substr(at + point.size());
-  const auto end =
-      std::find_if(rest.begin(), rest.end(), [](char c) { return c < '0' || c > '9'; });
-  return static_cast<std::size_t>(end - rest.begin());
+  return std::min(rest.find_first_not_of("0123456789"), rest.size());
 }
 
 class HtmlTable {
@@ -92,7 +90,7 @@ class HtmlTable {
         writeRowHeads(lines.size());
       }
       for (const HeadCell& head : lines[line]) {
-        const bool isGroup = head.bottom + 1 < lines.size() || head.end - head.begin > 1;
+        const bool isGroup = head.bottom + 1 < lines.size();
         out_ << "<th scope=\"" << (isGroup ? "colgroup" : "col") << "\""
              << span("colspan", head.end - head.begin)
              << span("rowspan", head.bottom - head.top + 1) << ">" << htmlText(head.label->text);

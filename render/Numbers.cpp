@@ -94,11 +94,9 @@ bool isAmount(const Meaning& meaning) {
   return meaning.role == Role::Estimate || meaning.role == Role::StandardError;
 }
 
-// Whether two columns differ in their innermost label alone.
+// Whether two columns differ in their innermost label alone. Where there are two columns, some
+// dimension lies on them.
 bool areSiblings(const Grid& grid, const Column& a, const Column& b) {
-  if (a.nodes.empty()) {
-    return false;
-  }
   const Dimension& inner = grid.table().dimensions[grid.columnDimensions().back()];
   return std::equal(a.nodes.begin(), a.nodes.end() - 1, b.nodes.begin(), b.nodes.end() - 1) &&
          inner.nodes[a.nodes.back()].parent == inner.nodes[b.nodes.back()].parent;

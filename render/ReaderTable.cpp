@@ -335,8 +335,8 @@ std::vector<std::vector<HeadCell>> headLines(const ReaderTable& table, std::size
     const auto& labels = table.columns[c].labels;
     for (std::size_t line = 0; line < labels.size(); ++line) {
       const bool own = line + 1 == labels.size();
-      const bool spans = c > begin && table.columns[c].shared > line && !lines[line].empty() &&
-                         lines[line].back().end == c && lines[line].back().bottom == line && !own &&
+      // A group that has cells of its own does not span those of its categories.
+      const bool spans = c > begin && table.columns[c].shared > line && !own &&
                          table.columns[c - 1].labels.size() > line + 1;
       if (spans) {
         ++lines[line].back().end;

@@ -66,7 +66,9 @@ void writeRun(const Document& document, const Context& context, std::ostream& ou
   for (const auto& [label, text] : facts) {
     std::string start = padRight(label, width);
     for (const std::string& line : linesOf(text, rest)) {
-      out << (line.empty() ? "" : start + line) << '\n';
+      std::string shown = start + line;
+      shown.erase(shown.find_last_not_of(' ') + 1);
+      out << shown << '\n';
       start.assign(width, ' ');
     }
   }

@@ -28,8 +28,6 @@ class Cursor {
   // At the end of a value: that of the subcommand, or the next parameter.
   bool atValueEnd() const { return atSubcommandEnd() || atParameter(); }
   const Spot& place() const { return atEnd() ? lexed_->end : here().place; }
-  // What stands here as messages show it; empty at the end.
-  std::string text() const { return atEnd() ? std::string() : here().text; }
 
   // Passes over what is left of a subcommand, or of a value.
   void skipSubcommand();

@@ -19,7 +19,11 @@ const TokenInfoObj::Impl& seen(const TokenInfoObj::Impl& token) {
 
 bool TokenInfoObj::IsReservedWord() const {
   // Looking for reserved words passes over all the others: only what is found counts.
-  return impl_->code != TokenSequenceBase::NoOperator && seen(*impl_).code != 0;
+  if (impl_->code == TokenSequenceBase::NoOperator) {
+    return false;
+  }
+  seen(*impl_);
+  return true;
 }
 
 TokenSequenceBase::OperatorCode TokenInfoObj::getOperatorCode() const {

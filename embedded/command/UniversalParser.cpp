@@ -42,10 +42,8 @@ class CommandReader {
   // False when the command is not as described; what is wrong has been reported then.
   bool read() {
     if (readCommandName()) {
-      bool first = true;
       while (!cursor_.atEnd()) {
-        readSubcommand(first);
-        first = false;
+        readSubcommand();
       }
       requireSubcommands();
     }
@@ -68,20 +66,17 @@ class CommandReader {
     return false;
   }
 
-  void readSubcommand(bool first) {
+  // The slash of the first may be left out; all others were read up to theirs.
+  void readSubcommand() {
     if (cursor_.is(LexKind::Slash)) {
       cursor_.take();
-    } else if (!first) {
-      cursor_.fail(messages::slashWanted, {cursor_.text()}, cursor_.place());
-      cursor_.skipSubcommand();
-      return;
     }
     if (cursor_.atEnd()) {
       cursor_.fail(messages::nothingAfterSlash, {}, cursor_.place());
       return;
     }
     if (!cursor_.is(LexKind::Word)) {
-      cursor_.fail(messages::slashWanted, {cursor_.text()}, cursor_.place());
+      cursor_.fail(messages::slashWanted, {cursor_.here().text}, cursor_.place());
       cursor_.skipSubcommand();
       return;
     }
@@ -116,7 +111,8 @@ class CommandReader {
   void readList(const SubComDescriptor::Impl& description, ParsedSubcommand& subcommand) {
     if (!description.hasList) {
       if (!cursor_.atValueEnd()) {
-        cursor_.fail(messages::listRefused, {description.name, cursor_.text()}, cursor_.place());
+        cursor_.fail(messages::listRefused, {description.name, cursor_.here().text},
+                     cursor_.place());
         cursor_.skipValue();
       }
       return;
@@ -131,12 +127,8 @@ class CommandReader {
     }
   }
 
+  // At `NAME =`: what stands before it was read as a list, or as the value of another.
   void readParameter(const SubComDescriptor::Impl& description, ParsedSubcommand& subcommand) {
-    if (!cursor_.atParameter()) {
-      cursor_.fail(messages::listRefused, {description.name, cursor_.text()}, cursor_.place());
-      cursor_.skipValue();
-      return;
-    }
     const Lexeme word = cursor_.take();
     cursor_.take();  // the equals sign
     const auto names = namesOf(description.parameters);

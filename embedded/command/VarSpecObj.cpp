@@ -128,10 +128,11 @@ struct VarSpecObj::Impl {
       case TokenKind::Number:
         return refuse(messages::notAVariable, {impl.text}, impl.place);
       case TokenKind::Qualifier:
-        if (allowsQualifiers) {
-          qualifiers.push_back(token);
+        if (!allowsQualifiers) {
+          return refuse(messages::qualifierRefused, {impl.text}, impl.place);
         }
-        return allowsQualifiers || refuse(messages::qualifierRefused, {impl.text}, impl.place);
+        qualifiers.push_back(token);
+        return true;
       case TokenKind::Word:
       case TokenKind::Quoted:
         break;
@@ -278,7 +279,9 @@ bool VarSpecObj::ValidateCatValue(std::string_view text, OwnedOBS& value, KORA_F
   const auto& variable = dictionary().variables[static_cast<std::size_t>(impl_->variables.front())];
   value = embedded::command::categoryValue(variable, text);
   format = variable.format;
-  return value != nullptr ||
-         impl_->refuse(messages::invalidValue, {std::string(text), variable.name},
-                       Session::current().commandFocus.value_or(Spot{}));
+  if (value == nullptr) {
+    return impl_->refuse(messages::invalidValue, {std::string(text), variable.name},
+                         Session::current().commandFocus.value_or(Spot{}));
+  }
+  return true;
 }

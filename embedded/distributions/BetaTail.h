@@ -43,7 +43,8 @@ DoubleDouble tailRatio(const BetaDensity& density, const Fraction& point);
 DoubleDouble tailRatioBySeries(const BetaDensity& density, const Fraction& point);
 
 // By continued fraction: for any shapes; near the mean the number of terms grows with the root of
-// the smaller shape. Didonato and Morris (1992), Algorithm 708, equation (9).
+// the smaller shape, and is not-a-number where a thousand are not enough. Didonato and Morris
+// (1992), Algorithm 708, equation (9).
 double tailRatioByFraction(const BetaDensity& density, const Fraction& point);
 
 // By Gauss-Legendre quadrature of the density over the log-odds below the point, at a cost that

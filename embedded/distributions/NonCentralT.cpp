@@ -20,7 +20,8 @@ struct Bracket {
   double high;
 };
 
-// Steps away from 0 to the side of the root, doubling, until the excess changes its sign.
+// Steps away from 0 to the side of the root, doubling, until the excess changes its sign: it is not
+// negative at the lower end, and not positive at the upper one.
 template <class Excess>
 std::optional<Bracket> bracketFromZero(const Excess& excess, double step) {
   const double atZero = excess(0.0);
@@ -58,7 +59,6 @@ std::optional<double> findNonCentrality(double t, double freedom, double q, doub
   const double high = excess(bracket->high);
   if (low == 0) return bracket->low;
   if (high == 0) return bracket->high;
-  if (!(low > 0 && high < 0)) return std::nullopt;
   const auto settled = [tolerance](double left, double right) {
     const double digits =
         4 * std::numeric_limits<double>::epsilon() * std::max(std::abs(left), std::abs(right));

@@ -11,7 +11,7 @@ namespace {
 // A node with the groups above it, without the dimension itself.
 std::vector<const Node*> pathOf(const Dimension& dimension, Index node) {
   std::vector<const Node*> path;
-  for (; node != 0 && node != none; node = dimension.nodes[node].parent) {
+  for (; node != 0; node = dimension.nodes[node].parent) {
     path.push_back(&dimension.nodes[node]);
   }
   return path;

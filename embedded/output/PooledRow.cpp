@@ -138,11 +138,10 @@ class RowPooling {
     result_.df = infinity;
   }
 
-  double level() const {
+  // The level that stands in the label above a bound, in percent.
+  double levelAbove(Index bound) const {
     const auto& nodes = table_.table().dimensions[table_.statistics()].nodes;
-    const Index bound = table_.columnOf(row_, Role::Lower);
-    const Index group = bound == none ? none : nodes[bound].parent;
-    const auto& items = nodes[group == none ? 0 : group].label->items;
+    const auto& items = nodes[nodes[bound].parent].label->items;
     const double* level = items.empty() ? nullptr : std::get_if<double>(&items.front()->value);
     return level == nullptr ? usualLevel : *level;
   }
@@ -155,21 +154,21 @@ class RowPooling {
       return;
     }
     if (rule_ == "wald") {
-      interval_ =
-          pooledWald(estimate, level(), table_.meaningOf(lower).rangeLow.value_or(-infinity),
-                     table_.meaningOf(upper).rangeHigh.value_or(infinity));
+      interval_ = pooledWald(estimate, levelAbove(lower),
+                             table_.meaningOf(lower).rangeLow.value_or(-infinity),
+                             table_.meaningOf(upper).rangeHigh.value_or(infinity));
     } else if (rule_ == "wilson") {
       result_.df = rubinDf(estimate.imputations, estimate.increase);
       if (const auto trials = meanOf(table_, row_, table_.columnOf(row_, Role::Trials))) {
-        interval_ = pooledWilson(estimate, *trials, level());
+        interval_ = pooledWilson(estimate, *trials, levelAbove(lower));
       }
     } else if (rule_ == "newcombe") {
       result_.df.reset();
-      computeNewcombe();
+      computeNewcombe(levelAbove(lower));
     }
   }
 
-  void computeNewcombe() {
+  void computeNewcombe(double level) {
     const auto rows = links_.groupsOf(row_);
     if (rows.size() != 2) {
       return;
@@ -184,7 +183,7 @@ class RowPooling {
     const auto firstTrials = trials(*rows[0]);
     const auto secondTrials = trials(*rows[1]);
     if (first && second && firstTrials && secondTrials) {
-      interval_ = pooledNewcombe(*first, *firstTrials, *second, *secondTrials, level());
+      interval_ = pooledNewcombe(*first, *firstTrials, *second, *secondTrials, level);
     }
   }
 

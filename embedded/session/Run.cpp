@@ -201,7 +201,7 @@ std::unique_ptr<Session> run(const Request& request, const Module& module) {
   if (!session->accepted) {
     return session;
   }
-  if (request.bootstrap && samples != nullptr) {
+  if (samples != nullptr) {
     summariseSamples(*session, *request.bootstrap, *samples, module.description());
   }
   if (request.imputation) {

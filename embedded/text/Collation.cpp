@@ -37,11 +37,9 @@ Collation::Collation(const std::string& languageTag) {
   }
   UErrorCode status = U_ZERO_ERROR;
   const icu::Locale locale = icu::Locale::forLanguageTag(piece(languageTag), status);
-  if (U_FAILURE(status) || locale.isBogus() || !isKnown(locale)) {
-    refuse(languageTag);
-  }
+  // After a failure this does nothing, and keeps the status of it.
   collator_.reset(icu::Collator::createInstance(locale, status));
-  if (U_FAILURE(status)) {
+  if (U_FAILURE(status) || !isKnown(locale)) {
     refuse(languageTag);
   }
 }

@@ -167,5 +167,64 @@ TEST_P(Interrupted, WaitsForInputEnd) {
 
 INSTANTIATE_TEST_SUITE_P(BySignal, Interrupted, testing::Values(SIGINT, SIGTERM));
 
+// As wanted, whether a terminal shows it or not.
+TEST_F(Output, HasColoursWhenAsked) {
+  const auto hasColour = [](const Outcome& outcome) {
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    return outcome.out.find("\x1b[1mProportions\x1b[0m\n") != std::string::npos;
+  };
+  EXPECT_TRUE(hasColour(run(call({"--color", "always"}))));
+  EXPECT_FALSE(hasColour(run(call({"--color", "never"}))));
+  EXPECT_FALSE(hasColour(run(call({}))));
+}
+
+TEST_F(Output, KeepsErrorsWhenItIsToBeQuiet) {
+  const std::string refused = "PROPORTIONS /ONESAMPLE none";
+  const Call quiet{.arguments = {"run", "data.csv", "-c", refused, "--format", "csv", "--quiet"},
+                   .folder = folder_.path(),
+                   .input = {}};
+  const Outcome outcome = run(quiet);
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_NE(outcome.err.find("none"), std::string::npos) << outcome.err;
+}
+
+TEST_F(Output, OfDumpsThatCannotBeWrittenIsSaid) {
+  const Outcome outcome =
+      run(call({"--diagnostics", "algorithm", "--diagnostics-file", "none/dump.txt"}));
+  EXPECT_EQ(outcome.status, 4);
+  EXPECT_TRUE(outcome.out.empty()) << outcome.out;
+  EXPECT_NE(outcome.err.find("none/dump.txt"), std::string::npos) << outcome.err;
+}
+
+TEST_F(Output, OfAWorkbookThatCannotBeMadeIsSaid) {
+  const Outcome outcome = run(Call{.arguments = {"counts", "7/50", "-o", "a.xlsx"},
+                                   .folder = folder_.path(),
+                                   .input = {},
+                                   .temporary = folder_.path() / "none"});
+  EXPECT_EQ(outcome.status, 4);
+  EXPECT_NE(outcome.err.find("a.xlsx"), std::string::npos) << outcome.err;
+  EXPECT_EQ(folder_.files(), std::vector<std::string>{"data.csv"});
+}
+
+// More than is gathered before it is written.
+TEST_F(Output, OfManyGroupsIsWholeOrSaysThatItIsNot) {
+  std::string data = "g,v\n";
+  for (int i = 0; i < 1000; ++i) {
+    data += std::to_string(i) + "," + std::to_string(i % 2) + "\n";
+  }
+  folder_.write("data.csv", data);
+  const std::string shown = run(call({"--split", "g", "--format", "csv"})).out;
+  ASSERT_GT(shown.size(), 200'000U);
+  EXPECT_EQ(run(call({"--split", "g", "-o", "a.csv"})).status, 0);
+  EXPECT_EQ(contentOf(folder_.path() / "a.csv"), shown);
+  for (const char* format : {"csv", "json", "html"}) {
+    const Outcome outcome = run(call({"--split", "g", "--format", format, "-o", "/dev/full"}));
+    EXPECT_EQ(outcome.status, 4) << format;
+    EXPECT_NE(outcome.err.find("/dev/full cannot be written: No space left on device"),
+              std::string::npos)
+        << format << ": " << outcome.err;
+  }
+}
+
 }  // namespace
 }  // namespace cli_tests

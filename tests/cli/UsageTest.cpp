@@ -206,5 +206,14 @@ TEST_F(Describe, TellsTheTypesOfDataWithoutASidecar) {
   }
 }
 
+TEST(Usage, RefusesALanguageWithoutItsName) {
+  for (const char* word : {"--language", "--languages", "--languages=de"}) {
+    const Outcome outcome = run({"methods", word});
+    EXPECT_EQ(outcome.status, 2) << word;
+    EXPECT_TRUE(outcome.out.empty()) << outcome.out;
+    EXPECT_NE(outcome.err.find("--language"), std::string::npos) << outcome.err;
+  }
+}
+
 }  // namespace
 }  // namespace cli_tests

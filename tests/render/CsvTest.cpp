@@ -133,4 +133,44 @@ TEST(Csv, WritesDatesAsIsoTextAndListsWithCommas) {
             std::string(header) + "t,,,\"day = 1970-01-01, 2022-01-08\",x,1,valid,\n");
 }
 
+// Also when a group comes back between others that are new.
+TEST(Csv, KeepsTheOrderOfTheSplitGroups) {
+  Builder builder;
+  const auto group = samples::variable("g");
+  builder.document.data.splits = {group};
+  for (const double value : {1.0, 2.0, 3.0}) {
+    builder.document.splits.push_back({{Text::ofValue(group, value, true)}});
+  }
+  for (const samples::Index split : {0U, 1U, 0U, 2U}) {
+    builder.writer.beginSplit(split, false);
+    const auto table = builder.table("t", {id("v")}, id("s"));
+    const bool again = split == 0 && !builder.document.tables[0].cells.empty();
+    builder.cell(table, {{id("a")}, {id(again ? "y" : "x")}}, 1.0);
+  }
+  EXPECT_EQ(rendered(builder.document, "csv"), std::string(header) +
+                                                   "t,g=1,,a,x,1,valid,\n"
+                                                   "t,g=1,,a,y,1,valid,\n"
+                                                   "t,g=2,,a,x,1,valid,\n"
+                                                   "t,g=3,,a,x,1,valid,\n");
+}
+
+TEST(Csv, PutsTablesOfAllDataBeforeThoseOfSplitGroups) {
+  Builder builder;
+  const auto group = samples::variable("g");
+  builder.document.data.splits = {group};
+  builder.document.splits = {{{Text::ofValue(group, 1.0, true)}}};
+  for (const auto& [title, split] : {std::pair{"t", samples::Index{0}},
+                                     {"whole", embedded::output::none},
+                                     {"u", samples::Index{0}},
+                                     {"all", embedded::output::none}}) {
+    builder.writer.beginSplit(split, false);
+    builder.cell(builder.table(title, {id("v")}, id("s")), {{id("a")}, {id("x")}}, 1.0);
+  }
+  EXPECT_EQ(rendered(builder.document, "csv"), std::string(header) +
+                                                   "whole,,,a,x,1,valid,\n"
+                                                   "all,,,a,x,1,valid,\n"
+                                                   "t,g=1,,a,x,1,valid,\n"
+                                                   "u,g=1,,a,x,1,valid,\n");
+}
+
 }  // namespace

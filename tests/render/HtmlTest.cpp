@@ -181,4 +181,123 @@ TEST(Html, SpeaksTheLanguageItIsToldOf) {
             std::string::npos);
 }
 
+// One distribution, at the estimate of the first interval, as the page draws it.
+std::string drawn(const embedded::output::Distribution& distribution) {
+  samples::Document document = samples::oneSample();
+  auto& table = document.tables[0];
+  table.distributions.push_back(distribution);
+  for (const auto& cell : table.cells) {
+    if (cell.value == 0.35) {
+      table.distributions.back().at = cell.at;
+      break;
+    }
+  }
+  return page(document);
+}
+
+TEST(Html, DrawsWhatThereIsOfADistribution) {
+  embedded::output::Distribution whole;
+  whole.value = 0.35;
+  whole.lower = 0.2;
+  whole.upper = 0.5;
+  whole.counts = {{0.3, 2}, {0.4, 1}};
+  EXPECT_EQ(occurrences(drawn(whole), "class=\"band\""), 1U);
+  EXPECT_EQ(occurrences(drawn(whole), "class=\"statistic\""), 1U);
+  auto open = whole;
+  open.upper.reset();
+  EXPECT_EQ(occurrences(drawn(open), "<svg class=\"bars\""), 1U);
+  EXPECT_EQ(occurrences(drawn(open), "class=\"band\""), 0U) << "without an upper end";
+  std::swap(open.lower, open.upper);
+  EXPECT_EQ(occurrences(drawn(open), "class=\"band\""), 0U) << "without a lower end";
+  auto unknown = whole;
+  unknown.value = samples::nan;
+  EXPECT_EQ(occurrences(drawn(unknown), "class=\"statistic\""), 0U);
+  auto empty = whole;
+  empty.counts.clear();
+  EXPECT_EQ(occurrences(drawn(empty), "<svg class=\"bars\""), 0U);
+}
+
+// A table of this many rows, each of another method.
+samples::Document manyRows(int rows) {
+  samples::Builder builder;
+  const auto table = builder.table("t", {samples::id("Method")}, samples::id("s"));
+  for (int r = 0; r < rows; ++r) {
+    builder.cell(table, {{samples::id("m" + std::to_string(r))}, {samples::id("Proportion")}}, 0.5);
+  }
+  return std::move(builder.document);
+}
+
+TEST(Html, HidesWhatBelongsToLaterRows) {
+  samples::Document document = manyRows(250);
+  embedded::output::Distribution spread;
+  spread.value = 0.5;
+  spread.counts = {{0.25, 1}, {0.5, 2}};
+  spread.at = document.tables[0].cells[210].at;
+  document.tables[0].distributions.push_back(spread);
+  render::Context with = context();
+  with.rowSentences = true;
+  const std::string html = page(document, with);
+  EXPECT_EQ(occurrences(html, "<figure data-row=\"210\" hidden>"), 1U);
+  const std::size_t list = html.find("<ol class=\"sentences\"");
+  ASSERT_NE(list, std::string::npos);
+  const std::size_t more = html.find("<noscript class=\"more\"><ol class=\"sentences\">", list);
+  ASSERT_NE(more, std::string::npos);
+  EXPECT_EQ(occurrences(html.substr(list, more - list), "<li>"), 200U);
+  EXPECT_EQ(occurrences(html.substr(more), "<li>"), 50U);
+}
+
+// Groups of this many rows each, in one table.
+samples::Document longGroups(int groups, int rows) {
+  samples::Builder builder;
+  const auto group = samples::variable("g");
+  builder.document.data.splits = {group};
+  for (int g = 0; g < groups; ++g) {
+    builder.split({samples::Text::ofValue(group, static_cast<double>(g), true)}, false);
+    const auto table = builder.table("t", {samples::id("v")}, samples::id("s"));
+    for (int r = 0; r < rows; ++r) {
+      builder.cell(table, {{samples::id(std::to_string(r))}, {samples::id("Proportion")}}, 0.5);
+    }
+  }
+  return std::move(builder.document);
+}
+
+TEST(Html, EndsAPageWithAWholeGroupWhereOneEndsNear) {
+  const auto firstPage = [](const std::string& html) {
+    return occurrences(html.substr(0, html.find("<noscript class=\"more\">")), "<tr><th ");
+  };
+  EXPECT_EQ(firstPage(page(longGroups(3, 110))) - 1, 220U) << "less the line of heads";
+  EXPECT_EQ(firstPage(page(longGroups(3, 150))) - 1, 200U) << "none ends between 200 and 300";
+}
+
+TEST(Html, HoldsNoLongTableBackWhole) {
+  samples::Document document = manyGroups(60, true);
+  document.tables.push_back(manyRows(250).tables[0]);
+  const std::string html = page(document);
+  EXPECT_EQ(occurrences(html, "<noscript class=\"held\""), 0U);
+  EXPECT_EQ(occurrences(html, "<noscript class=\"more\">"), 1U);
+}
+
+TEST(Html, FoldsTheCasesOfManyGroups) {
+  for (const int groups : {3, 201}) {
+    samples::Document document = manyGroups(groups);
+    for (int g = 0; g < groups; ++g) {
+      document.data.casesBySplit.push_back(
+          {static_cast<samples::Index>(g), {.read = 5, .missing = {}}});
+    }
+    const std::string html = page(document);
+    EXPECT_EQ(occurrences(html, "<details open><summary>Cases of the split groups"),
+              groups == 3 ? 1U : 0U);
+    EXPECT_EQ(occurrences(html, "<details><summary>Cases of the split groups"),
+              groups == 3 ? 0U : 1U);
+  }
+}
+
+TEST(Html, GivesACellAllItsMarks) {
+  samples::Builder builder;
+  const auto table = builder.table("t", {samples::id("v")}, samples::id("s"));
+  builder.cell(table, {{samples::id("a")}, {samples::id("x")}}, 0.5, "first");
+  builder.writer.cellNote(table, samples::id("second"));
+  EXPECT_NE(page(builder.document).find(">a</a>,<a href="), std::string::npos);
+}
+
 }  // namespace

@@ -88,4 +88,31 @@ TEST(Json, ReplacesBytesThatAreNoUtf8) {
   EXPECT_EQ(parsed(builder.document)["data"]["source"], "caf\xEF\xBF\xBD.csv");
 }
 
+// The arguments of the only row label.
+json argumentsOf(std::vector<samples::TextPtr> arguments) {
+  Builder builder;
+  const auto table = builder.table("t", {id("v")}, id("s"));
+  builder.cell(table, {{samples::Text::composite("label", std::move(arguments))}, {id("x")}}, 1.0);
+  return parsed(builder.document)["tables"][0]["cells"][0]["path"][0][0]["arguments"];
+}
+
+TEST(Json, WritesArgumentsAsTheyAre) {
+  using samples::Text;
+  const auto number = [](double value) {
+    return Text::number(value, samples::NumberFormat::GeneralStat);
+  };
+  const double infinity = std::numeric_limits<double>::infinity();
+  const json numbers = argumentsOf({number(7.0), number(0.5), number(-0.0), number(1e300),
+                                    number(infinity), number(samples::missing)});
+  EXPECT_EQ(numbers.dump(), "[7,0.5,-0.0,1e+300,null,null]");
+  samples::VariableInfo info;
+  info.name = "flag";
+  info.kind = embedded::output::ValueKind::Boolean;
+  const auto flag = std::make_shared<const samples::VariableInfo>(info);
+  const json others = argumentsOf({Text::composite("inner ^1", {id("text")}), id("plain"),
+                                   Text::ofValue(flag, 1.0, false),
+                                   Text::list({Text::ofVariable(flag), number(2.0)})});
+  EXPECT_EQ(others.dump(), R"(["inner text","plain",1,["flag",2]])");
+}
+
 }  // namespace

@@ -157,4 +157,21 @@ TEST(Latex, SaysHowTheRunWasMade) {
   }
 }
 
+// So that the numbers of a column stand under one another.
+TEST(Latex, TakesUpTheRoomOfDecimalsThatANumberLacks) {
+  samples::Builder builder;
+  const auto table = builder.table("t", {samples::id("v")}, samples::id("s"));
+  const auto cell = [&](const char* row, double value) {
+    builder.cell(table, {{samples::id(row)}, {samples::id("x")}}, value,
+                 samples::NumberFormat::SigDigit);
+  };
+  cell("a", 99.5);
+  cell("b", 95.0);
+  cell("c", 99.25);
+  const std::string text = rendered(builder.document, "latex");
+  EXPECT_NE(text.find("a & 99.5\\phantom{0}\\\\\n"), std::string::npos) << text;
+  EXPECT_NE(text.find("b & 95\\phantom{.00}\\\\\n"), std::string::npos) << text;
+  EXPECT_NE(text.find("c & 99.25\\\\\n"), std::string::npos) << text;
+}
+
 }  // namespace

@@ -144,4 +144,13 @@ TEST(Markdown, FencesCommandsThatHoldFences) {
   EXPECT_NE(rendered(document, "markdown").find("  `````text\n  PROPORTIONS\n"), std::string::npos);
 }
 
+TEST(Markdown, MakesNoLinks) {
+  auto document = samples::oneSample();
+  document.data.source = "www.example.org/a.csv";
+  document.data.weight = "http://example.org w.w";
+  const std::string text = rendered(document, "markdown");
+  EXPECT_NE(text.find(" www\\.example.org/a.csv "), std::string::npos) << text;
+  EXPECT_NE(text.find(" http\\://example.org w.w\n"), std::string::npos) << text;
+}
+
 }  // namespace

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 
 #include "Baselines.h"
 #include "render/Numbers.h"
@@ -105,6 +106,47 @@ TEST(Numbers, ABoundIsNotPairedWithOneOfAnotherInterval) {
   const render::Grid grid(builder.document.tables[0]);
   const auto meanings = render::columnMeanings(grid, samples::description());
   EXPECT_EQ(render::boundPartners(grid, meanings), (std::vector<std::size_t>{0, 1}));
+}
+
+TEST(Numbers, InfinityHasASignAndNoDigits) {
+  const double infinity = std::numeric_limits<double>::infinity();
+  EXPECT_EQ(one("Z", infinity), "\u221e");
+  EXPECT_EQ(one("Z", -infinity), "-\u221e");
+}
+
+TEST(Numbers, AZeroBoundHasNoExponent) {
+  EXPECT_EQ(bounds(0.0, 1e-12), "0.000| 1.0e-12");
+}
+
+TEST(Numbers, WhatIsNoProbabilityIsNotHidden) {
+  EXPECT_EQ(one("Two-Sided p", -0.25), "-0.250");
+}
+
+// The lower bound of one group of columns, and the upper one of another.
+TEST(Numbers, BoundsOfDifferentOuterColumnsAreNotPaired) {
+  Builder builder;
+  const auto table = builder.table("t", {id("v")}, id("outer"));
+  builder.writer.position(table, builder.writer.dimension(table, id("inner")),
+                          samples::Axis::Column, 2, true, false);
+  builder.cell(table, {{id("a")}, {id("first")}, {id("Lower")}}, 0.25);
+  builder.cell(table, {{id("a")}, {id("second")}, {id("Upper")}}, 0.25000001);
+  const render::Grid grid(builder.document.tables[0]);
+  const auto meanings = render::columnMeanings(grid, samples::description());
+  EXPECT_EQ(render::boundPartners(grid, meanings), (std::vector<std::size_t>{0, 1}));
+  EXPECT_EQ(samples::rendered(builder.document, "csv"),
+            "table,split,row,variable,statistic,value,state,footnotes\n"
+            "t,,,a,first / Lower,0.25,valid,\nt,,,a,second / Upper,0.25000000999999999,valid,\n");
+}
+
+TEST(Numbers, ABoundWithoutItsPartnerHasTheUsualDecimals) {
+  Builder builder;
+  const auto table = builder.table("t", {id("v")}, id("s"));
+  builder.cell(table, {{id("a")}, {id("Lower")}}, 0.50001);
+  builder.cell(table, {{id("a")}, {id("Upper")}}, 0.50002);
+  builder.cell(table, {{id("b")}, {id("Lower")}}, 0.50001);
+  const std::string text = samples::rendered(builder.document, "markdown");
+  EXPECT_NE(text.find("| a | 0.500010 | 0.500020 |\n| b | 0.500 |  |\n"), std::string::npos)
+      << text;
 }
 
 }  // namespace

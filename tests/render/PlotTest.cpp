@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <limits>
+#include <optional>
 
 #include "Baselines.h"
 #include "render/PlotAxis.h"
@@ -143,6 +144,131 @@ TEST(Histogram, DrawsFewValuesAsSticksThatDoNotTouch) {
   const auto histogram = render::histogramOf(distribution, 0.0, 1.0);
   EXPECT_NE(histogram.path.find("M49.00 100v-100.0h2.00v100.0z"), std::string::npos)
       << histogram.path;
+}
+
+TEST(PlotAxis, BeginsWhereThePossibleRangeBegins) {
+  const PlotAxis axis({0.0}, 0.0, 1.0);
+  EXPECT_EQ(axis.low(), 0.0);
+  EXPECT_EQ(axis.percent(0.0), 0.0);
+}
+
+constexpr const char* intervals = "One-Sample Proportions Confidence Intervals";
+
+// A row of an interval table; bounds that are not given are not written.
+struct Interval {
+  const char* method;
+  std::optional<double> estimate;
+  std::optional<double> lower;
+  std::optional<double> upper;
+};
+
+samples::Builder tableOf(const std::vector<Interval>& rows, const char* title = intervals) {
+  using samples::id;
+  samples::Builder builder;
+  const auto table = builder.table(title, {id("Interval Type")}, id("Statistics"));
+  const auto write = [&](const char* method, const samples::Builder::Path& path, auto value) {
+    if (value) {
+      builder.cell(table, {{id(method)}, path}, *value);
+    }
+  };
+  for (const Interval& row : rows) {
+    write(row.method, {id("Proportion")}, row.estimate);
+    write(row.method, {id("^1% Confidence Interval"), id("Lower")}, row.lower);
+    write(row.method, {id("^1% Confidence Interval"), id("Upper")}, row.upper);
+  }
+  return builder;
+}
+
+TEST(Forest, DrawsWhatThereIsOfAnInterval) {
+  const double infinity = std::numeric_limits<double>::infinity();
+  const Document document = tableOf({{"whole", 0.5, 0.25, 0.75},
+                                     {"lower alone", 0.75, 0.25, {}},
+                                     {"upper alone", 0.25, {}, 0.75},
+                                     {"endless", 0.75, 0.25, infinity},
+                                     {"no estimate", {}, 0.25, 0.75},
+                                     {"nothing", samples::missing, {}, samples::missing}})
+                                .document;
+  const render::Forest plot = forest(document);
+  ASSERT_EQ(plot.lines.size(), 6U);
+  EXPECT_EQ(plot.lines[1].numbers, "0.750 [0.250, missing]");
+  EXPECT_EQ(plot.lines[2].numbers, "0.250 [missing, 0.750]");
+  EXPECT_EQ(plot.lines[3].numbers, "0.750 [0.250, \u221e]");
+  EXPECT_EQ(plot.lines[4].numbers, "missing [0.250, 0.750]");
+  EXPECT_EQ(plot.lines[0].missing, "");
+  EXPECT_EQ(plot.lines[4].missing, "");
+  for (const std::size_t line : {1U, 2U, 3U, 5U}) {
+    EXPECT_EQ(plot.lines[line].missing, "No interval") << plot.lines[line].label;
+  }
+  const std::string html = samples::rendered(document, "html");
+  const auto count = [&](const std::string& wanted) {
+    std::size_t found = 0;
+    for (std::size_t at = 0; (at = html.find(wanted, at)) != std::string::npos; ++at) {
+      ++found;
+    }
+    return found;
+  };
+  EXPECT_EQ(count("<line class=\"ci\""), 2U);
+  EXPECT_EQ(count("<circle cx="), 1U) << "an estimate with its interval";
+  EXPECT_EQ(count("<circle class=\"bare\""), 3U);
+  EXPECT_EQ(count("<span class=\"why right\">"), 1U) << "beside the estimate in the left half";
+  EXPECT_EQ(count("<span class=\"why\">"), 3U);
+}
+
+TEST(Forest, NeedsBothBoundsOfTheInterval) {
+  const Document lower = tableOf({{"a", 0.5, 0.25, {}}}).document;
+  EXPECT_FALSE(
+      render::forestOf(lower, render::readerTable(lower, lower.tables[0], context()), context()));
+  samples::Builder other = tableOf({{"a", 0.5, 0.25, {}}});
+  other.cell(0, {{samples::id("a")}, {samples::id("Z")}}, 1.0);
+  const auto table = render::readerTable(other.document, other.document.tables[0], context());
+  EXPECT_FALSE(render::forestOf(other.document, table, context()));
+}
+
+TEST(Forest, IsNotDrawnOfATableWithoutRows) {
+  const Document document = samples::oneSample();
+  auto table = render::readerTable(document, document.tables[0], context());
+  table.rows.clear();
+  EXPECT_FALSE(render::forestOf(document, table, context()));
+}
+
+TEST(Forest, HasNoReferenceWhereTheDescriptionKnowsOfNone) {
+  EXPECT_FALSE(forest(tableOf({{"a", 0.5, 0.25, 0.75}}, "Another table").document).reference);
+}
+
+// On a cell instead of a category; what has no number as its argument is passed over.
+TEST(Forest, FindsTheFootnoteOfItsReferenceOnACellToo) {
+  using samples::id;
+  using samples::Text;
+  const auto withNote = [](const samples::TextPtr& note) {
+    samples::Builder builder = tableOf({{"a", 0.5, 0.25, 0.75}});
+    builder.writer.cellNote(0, note);
+    return std::move(builder.document);
+  };
+  const auto number = Text::number(0.4, samples::NumberFormat::SigDigit);
+  const auto plot = forest(withNote(Text::composite("Test Value = ^1", {number})));
+  ASSERT_TRUE(plot.reference);
+  EXPECT_EQ(plot.reference->value, 0.4);
+  EXPECT_FALSE(forest(withNote(Text::composite("Test Value = ^1", {}))).reference);
+  EXPECT_FALSE(forest(withNote(Text::composite("Test Value = ^1", {id("none")}))).reference);
+}
+
+// The estimate's column has no category: it is named by its dimension.
+TEST(Forest, HasNoNameForAnEstimateWithoutLabels) {
+  using samples::id;
+  samples::Builder builder;
+  const auto table = builder.table(intervals, {id("Interval Type")}, id("Proportion"));
+  builder.cell(table, {{id("a")}, {}}, 0.5);
+  builder.cell(table, {{id("a")}, {id("^1% Confidence Interval"), id("Lower")}}, 0.25);
+  builder.cell(table, {{id("a")}, {id("^1% Confidence Interval"), id("Upper")}}, 0.75);
+  embedded::output::Distribution spread;
+  spread.at = builder.document.tables[0].cells[0].at;
+  spread.value = 0.5;
+  spread.counts = {{0.25, 1}, {0.5, 2}};
+  builder.document.tables[0].distributions.push_back(std::move(spread));
+  EXPECT_EQ(forest(builder.document).quantity, "");
+  EXPECT_EQ(forest(builder.document).lines[0].estimate, 0.5);
+  EXPECT_NE(samples::rendered(builder.document, "html").find("<svg class=\"bars\""),
+            std::string::npos);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <sstream>
@@ -150,9 +151,10 @@ TEST(Xlsx, WritesFormulasAndCodesAsText) {
 
 TEST(Xlsx, KeepsTextsThatLookLikeCodesOfCharacters) {
   auto document = samples::oneSample();
-  document.command = "_x000D_ _x00zz_";
-  EXPECT_NE(textsOf(readBook(rendered(document, "xlsx"))[0]).find("_x005F_x000D_ _x00zz_"),
-            std::string::npos);
+  document.command = "_x000D_ _x00zz_ _x0041! _x00";
+  EXPECT_NE(
+      textsOf(readBook(rendered(document, "xlsx"))[0]).find("_x005F_x000D_ _x00zz_ _x0041! _x00\n"),
+      std::string::npos);
 }
 
 TEST(Xlsx, NamesManySheetsApart) {
@@ -207,6 +209,66 @@ TEST(Xlsx, TellsWhyNoWorkbookCanBeMade) {
   }
   EXPECT_EQ(out.str(), "");
   old.empty() ? unsetenv("TMPDIR") : setenv("TMPDIR", old.c_str(), 1);
+}
+
+TEST(Xlsx, ReadsBackAsTheSameCellsWhateverTheShapeOfTheTable) {
+  samples::Builder bare;
+  const auto rows = bare.writer.table(samples::id("Bare"));
+  bare.writer.position(rows, bare.writer.dimension(rows, samples::id("v")), samples::Axis::Row, 1,
+                       false, false);
+  bare.cell(rows, {{samples::id("a")}}, 0.25);
+  const auto columns = bare.table("One line", {}, samples::id("s"));
+  bare.cell(columns, {{samples::id("x")}}, 0.5);
+  const auto uneven = bare.table("Uneven", {samples::id("v")}, samples::id("s"));
+  bare.cell(uneven, {{samples::id("g"), samples::id("a")}, {samples::id("x")}}, 0.25);
+  bare.cell(uneven, {{samples::id("b")}, {samples::id("x")}}, 0.5);
+  expectSameCells(bare.document);
+}
+
+TEST(Xlsx, ShowsTheLineOfTheCommandUnderItsMessage) {
+  const json book = readBook(rendered(samples::refused(), "xlsx"));
+  const std::string texts = textsOf(book[0]);
+  EXPECT_NE(texts.find("Did you mean TESTVAL?\n"), std::string::npos) << texts;
+  EXPECT_NE(texts.find("^~~~~~~~\n"), std::string::npos) << texts;
+}
+
+TEST(Xlsx, NamesASheetWithoutWhatNoNameCanHold) {
+  samples::Builder builder;
+  const auto table = builder.table("Rates [a/b]: 50%?", {samples::id("v")}, samples::id("s"));
+  builder.cell(table, {{samples::id("a")}, {samples::id("x")}}, 0.25);
+  EXPECT_EQ(readBook(rendered(builder.document, "xlsx"))[1]["name"], "1 Rates  a b   50%");
+}
+
+TEST(Xlsx, WritesWhatIsNoNumberAsText) {
+  samples::Builder builder;
+  const auto table = builder.table("t", {samples::id("v")}, samples::id("s"));
+  const auto at = [](const char* row) {
+    return std::vector<samples::Builder::Path>{{samples::id(row)}, {samples::id("x")}};
+  };
+  builder.cell(table, at("a"), samples::nan, "of no cases");
+  builder.cell(table, at("b"), std::numeric_limits<double>::infinity());
+  builder.cell(table, at("c"), samples::missing, "of no cases");
+  const json cells = readBook(rendered(builder.document, "xlsx"))[1]["cells"];
+  EXPECT_EQ(cells["B4"]["value"], "NaN a");
+  EXPECT_EQ(cells["B5"]["value"], "\u221e");
+  EXPECT_EQ(cells["B6"]["value"], "a");
+}
+
+TEST(Xlsx, WritesSentencesUnderTheTableWhenAsked) {
+  render::Context with = samples::context();
+  with.rowSentences = true;
+  const std::string texts = textsOf(readBook(rendered(samples::oneSample(), "xlsx", with))[1]);
+  EXPECT_NE(texts.find("Smokes daily = yes: 7 of 20, Proportion = 0.350, 95% Confidence Interval "
+                       "from 0.154 to 0.592 (Clopper-Pearson exact).\n"),
+            std::string::npos)
+      << texts;
+}
+
+TEST(Xlsx, ShowsAnExponentWithoutAPoint) {
+  embedded::output::Cell cell;
+  cell.value = 2e20;
+  EXPECT_EQ(render::xlsxPattern(cellOf("2e+20", cell)), "0E+00");
+  EXPECT_EQ(render::xlsxPattern(cellOf("2.000e+20", cell)), "0.000E+00");
 }
 
 }  // namespace

@@ -108,6 +108,23 @@ TEST_F(CategoryValue, IsReportedWhenItIsRefused) {
   EXPECT_EQ(messages(), (std::vector<std::string>{"1:33:4 Value invalid ^1 ^2 ... [nope] [a]"}));
 }
 
+// Not even where the bytes after it would be cut off.
+TEST_F(CategoryValue, IsNoStringWithNulInIt) {
+  EXPECT_EQ(bytes(string4, std::string("a\0b", 3)), std::nullopt);
+  EXPECT_EQ(bytes(string4, std::string("ab\0", 3)), std::nullopt);
+}
+
+TEST_F(CategoryValue, IsThatOfOneVariableAlone) {
+  VarSpecObj validator(source_, "TAKE", "");
+  OwnedOBS value;
+  KORA_Format format;
+  EXPECT_FALSE(validator.ValidateCatValue("1", value, format)) << "of none";
+  const std::int32_t two[] = {0, 1};
+  EXPECT_TRUE(validator.SetVariables(two, UPSpecTypes::RepeatRefused));
+  EXPECT_FALSE(validator.ValidateCatValue("1", value, format)) << "of two";
+  EXPECT_EQ(value, nullptr);
+}
+
 }  // namespace
 
 }  // namespace embedded::command_tests

@@ -169,6 +169,15 @@ TEST(Lexer, TakesTimeLinearInTheText) {
   }
 }
 
+TEST(Lexer, TakesMarksForPartsOfTheWordThatTheyStandIn) {
+  EXPECT_EQ(lexemes("cafe\u0301 b\u0301c"), (Strings{"1:1:5 cafe\u0301", "1:7:3 b\u0301c"}));
+}
+
+TEST(Lexer, RefusesTheNumberThatStandsForAMissingOne) {
+  EXPECT_EQ(problems("-1.7976931348623157e308"), (Strings{"1:1 Command bad number ^1 ..."}));
+  EXPECT_EQ(problems("1.7976931348623157e308"), Strings());
+}
+
 }  // namespace
 
 }  // namespace embedded::command

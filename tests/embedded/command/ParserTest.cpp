@@ -204,6 +204,26 @@ TEST_F(Parser, SurvivesHostileTexts) {
   }
 }
 
+// Mistakes of one kind, each of which is found in another way.
+TEST_F(Parser, TellsTheFirstMistakesWhateverTheyAre) {
+  for (const char* wrong : {"1 ", "SWE ", "SOUP "}) {
+    std::string command = "TASTE /TRY a KINDS=";
+    for (int i = 0; i < 25; ++i) {
+      command += wrong;
+    }
+    const Strings told = messagesOf(command);
+    EXPECT_EQ(told.size(), 21U) << wrong;
+    EXPECT_EQ(told.back(), "Command further mistakes ...") << wrong;
+  }
+}
+
+TEST_F(Parser, RefusesAParenthesisThatNothingOpened) {
+  EXPECT_EQ(messagesOf("TASTE /TRY a )"), (Strings{"1:14:1 Command bad character ^1 ... [)]"}));
+  EXPECT_EQ(messagesOf("TASTE /TRY a = = b"),
+            (Strings{"1:8:3 Subcommand list wanted ^1 ... [TRY]",
+                     "1:12:1 Parameter unknown ^1 ^2 ... [a] [TRY]"}));
+}
+
 }  // namespace
 
 }  // namespace embedded::command_tests

@@ -139,6 +139,55 @@ TEST_F(Variables, TellsTheSessionWhichColumnsTheRunNeeds) {
   EXPECT_EQ(session_.columnsInUse, (std::vector<int>{2, 0}));
 }
 
+TEST_F(Variables, MayStandOnTwoLinesAsARange) {
+  EXPECT_EQ(variablesOf("a..\nc"), (Indices{0, 1, 2}));
+  EXPECT_EQ(variablesOf("c..\n a"), Indices());
+  EXPECT_EQ(messages(), (Strings{"1:12:1 Range backward ^1 ^2 ... [c] [a]"}));
+}
+
+TEST_F(Variables, NamesBothEndsOfARangeThatAreUnknown) {
+  EXPECT_EQ(variablesOf("zz..b"), Indices());
+  EXPECT_EQ(messages(), (Strings{"1:12:2 Variable unknown ^1 ... [zz]"}));
+  EXPECT_EQ(variablesOf("zz..xx"), Indices());
+  EXPECT_EQ(messages(), (Strings{"1:12:2 Variable unknown ^1 ... [zz]",
+                                 "1:16:2 Variable unknown ^1 ... [xx]"}));
+}
+
+TEST_F(Variables, TellsNoMoreThanItsMostAlsoInTheMiddleOfARange) {
+  std::string many;
+  for (int i = 0; i < 19; ++i) {
+    many += " q" + std::to_string(i);
+  }
+  variablesOf(many + " zz..yy");
+  EXPECT_EQ(messages().size(), 20U);
+}
+
+TEST_F(Variables, SuggestsNoNameForOneThatIsFarTooLong) {
+  EXPECT_EQ(variablesOf("grad" + std::string(200, 'e')), Indices());
+  ASSERT_EQ(session_.document.messages.size(), 1U);
+  EXPECT_EQ(session_.document.messages[0].nearest, "");
+}
+
+TEST_F(Variables, AreWantedInAList) {
+  VarSpecObj validator(source_, "TRY", "BY");
+  EXPECT_FALSE(validator.ValidateVariables({}, UPSpecTypes::RepeatPassedThrough));
+  validator.SetAllowQualifiers(true);
+  parse("TASTE /TRY (paired other)");
+  EXPECT_FALSE(validator.ValidateVariables(list(), UPSpecTypes::RepeatPassedThrough));
+  const Strings told = messages();
+  ASSERT_EQ(told.size(), 2U);
+  EXPECT_NE(told[0].find("Variable list empty ^1 ... [TRY BY]"), std::string::npos) << told[0];
+  EXPECT_NE(told[1].find("Variable list empty ^1 ... [TRY BY]"), std::string::npos) << told[1];
+}
+
+TEST_F(Variables, MayBeFollowedBySeveralQualifiers) {
+  VarSpecObj validator(source_, "TRY", "WITH");
+  validator.SetAllowQualifiers(true);
+  parse("TASTE /TRY a b (paired 2)");
+  EXPECT_TRUE(validator.ValidateVariables(list(), UPSpecTypes::RepeatPassedThrough));
+  EXPECT_EQ(validator.GetQualTokenList().size(), 2U);
+}
+
 }  // namespace
 
 }  // namespace embedded::command_tests

@@ -110,4 +110,12 @@ TEST(BetaDensity, IsThatOfTheDefinition) {
             BetaDensity(7, 3).mirrored().at(Fraction::of(0.2)));
 }
 
+// At the mean of large shapes it takes more terms than are made; the tail is found in another way.
+TEST(BetaTail, SaysWhereItsFractionTakesTooManyTerms) {
+  using namespace embedded::distributions;
+  const BetaDensity density(1e9, 1e9);
+  EXPECT_TRUE(std::isnan(tailRatioByFraction(density, Fraction::of(0.5))));
+  EXPECT_NEAR(betaTail(0.5, 1e9, 1e9, Tail::Lower), 0.5, 1e-15);
+}
+
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cmath>
+#include <limits>
 
 #include "ReferenceTable.h"
 #include "embedded/distributions/Binomial.h"
@@ -134,6 +135,29 @@ TEST(BinomialTerm, IsCertainAtTheEndsOfP) {
   EXPECT_EQ(tailOf(0, 9, 0, Tail::Lower), 1);
   EXPECT_EQ(tailOf(8, 9, 1, Tail::Lower), 0);
   EXPECT_EQ(tailOf(9, 9, 1, Tail::Lower), 1);
+}
+
+TEST(BinomialTail, IsCertainOrImpossibleOutsideOfTheTrials) {
+  EXPECT_EQ(tailOf(-1, 9, 0.3, Tail::Lower), 0);
+  EXPECT_EQ(tailOf(-1, 9, 0.3, Tail::Upper), 1);
+  EXPECT_EQ(tailOf(9, 9, 0.3, Tail::Lower), 1);
+  EXPECT_EQ(tailOf(10, 9, 0.3, Tail::Upper), 0);
+  EXPECT_EQ(termOf(-1, 9, 0.3), 0);
+  EXPECT_EQ(termOf(10, 9, 0.3), 0);
+}
+
+TEST(Binomial, GivesNothingOutsideOfItsDomain) {
+  const double nan = std::nan("");
+  const double infinity = std::numeric_limits<double>::infinity();
+  const double wrong[][3] = {{0.5, 9, 0.3},       {nan, 9, 0.3}, {infinity, 9, 0.3},
+                             {-infinity, 9, 0.3}, {1, -1, 0.3},  {1, 9.5, 0.3},
+                             {1, 2e15, 0.3},      {1, nan, 0.3}, {1, infinity, 0.3},
+                             {1, 9, -1e-300},     {1, 9, nan},   {1, 9, 1.0000000000000002}};
+  for (const auto& [x, n, p] : wrong) {
+    EXPECT_FALSE(binomialTail(x, n, p, Tail::Lower)) << x << " " << n << " " << p;
+    EXPECT_FALSE(binomialTail(x, n, p, Tail::Upper)) << x << " " << n << " " << p;
+    EXPECT_FALSE(binomialTerm(x, n, p)) << x << " " << n << " " << p;
+  }
 }
 
 }  // namespace

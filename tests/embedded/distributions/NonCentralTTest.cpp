@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 
 #include "embedded/distributions/NonCentralT.h"
 #include "embedded/distributions/StandardNormal.h"
@@ -76,6 +77,23 @@ TEST(FindNonCentrality, RefusesWhatHasNoAnswer) {
   EXPECT_FALSE(findNonCentrality(1, 5, 0.5, nan, 1e-12));
   EXPECT_FALSE(findNonCentrality(1, 5, 0.5, 1e-6, 0));
   EXPECT_FALSE(findNonCentrality(1, 5, 0.5, 1e-6, nan));
+}
+
+TEST(FindNonCentrality, RefusesInfiniteArguments) {
+  const double infinity = std::numeric_limits<double>::infinity();
+  for (const double endless : {infinity, -infinity}) {
+    EXPECT_FALSE(findNonCentrality(endless, 5, 0.5, 1e-6, 1e-12));
+    EXPECT_FALSE(findNonCentrality(1, endless, 0.5, 1e-6, 1e-12));
+    EXPECT_FALSE(findNonCentrality(1, 5, endless, 1e-6, 1e-12));
+    EXPECT_FALSE(findNonCentrality(1, 5, 0.5, endless, 1e-12));
+  }
+}
+
+// The steps from 0 meet these roots exactly.
+TEST(FindNonCentrality, IsExactWhereAStepMeetsTheRoot) {
+  for (const double root : {-4.0, -1.0, 1.0, 4.0}) {
+    EXPECT_EQ(findNonCentrality(1, 5, nonCentralTTail(1, 5, root), 1, 1e-12), root);
+  }
 }
 
 }  // namespace

@@ -79,6 +79,13 @@ TEST(MessageFile, StaysWithinAFileThatIsCutShort) {
   }
 }
 
+TEST(MessageFile, RefusesARevisionThatItDoesNotKnow) {
+  Bytes bytes = fileOf({{"", "header"}, {"a", "A"}});
+  EXPECT_NO_THROW(MessageFile{bytes});
+  bytes[4] = 1;
+  EXPECT_THROW(MessageFile{bytes}, Error);
+}
+
 }  // namespace
 
 }  // namespace embedded::messages

@@ -245,4 +245,32 @@ TEST(Rubin, KnowsNothingWithoutDegreesOfFreedom) {
   EXPECT_FALSE(pooledTest(one));
 }
 
+TEST(Rubin, PassesOverDegreesOfFreedomThatCompleteDataCannotHave) {
+  EXPECT_NEAR(pooled({0.4, 0.5, 0.6}, {0.1, 0.1, 0.1}, -0.5).df, 6.125, 1e-12);
+  EXPECT_EQ(pooled({0.4, 0.5, 0.6}, {0.1, 0.1, 0.1}, 0.0).df, 0.0);
+}
+
+// The variance between is positive, and so small beside the one within that nothing is missing.
+TEST(Rubin, TakesImputationsThatBarelyDifferForCompleteData) {
+  const PooledEstimate estimate = pooled({1e-160, 2e-160}, {1.0, 1.0});
+  EXPECT_GT(estimate.between, 0.0);
+  EXPECT_EQ(estimate.df, infinity);
+  EXPECT_LT(estimate.missingInformation, 1e-300);
+  EXPECT_EQ(estimate.efficiency, 1.0);
+}
+
+TEST(Rubin, WilsonKnowsNothingWithoutTrials) {
+  const PooledInterval interval = pooledWilson(three(), 0.0, 95.0);
+  EXPECT_EQ(interval.lower, 0.0);
+  EXPECT_EQ(interval.upper, 1.0);
+}
+
+TEST(Rubin, WilsonIsTheEstimateItselfAtALevelOfZero) {
+  for (const double share : {0.0, 1.0}) {
+    const PooledInterval interval = pooledWilson(pooled({share, share}, {0.0, 0.0}), 20.0, 0.0);
+    EXPECT_EQ(interval.lower, share);
+    EXPECT_EQ(interval.upper, share);
+  }
+}
+
 }  // namespace

@@ -72,4 +72,21 @@ TEST(Template, DoesNotReadPlaceholdersInArguments) {
   EXPECT_EQ(filled("^1 ^2", {word("^2"), word("[%1:, ^1:]1")}), "^2 [%1:, ^1:]1");
 }
 
+TEST(Template, LeavesAListWithoutTheNumberOfItsArgument) {
+  EXPECT_EQ(filled("[%1:, ^1:]x", {list({"a"})}), "[%1:, a:]x") << "only ^1 is a placeholder here";
+  EXPECT_EQ(filled("[%2:, %1:]0", {list({"a"})}), "[%2:, %1:]0");
+}
+
+TEST(Template, LeavesWhatTheLastItemOfAListLacks) {
+  EXPECT_EQ(filled("[%1 = %2:, ^1 = ^2:]1", {list({"a", "b", "c"})}), "a = b, c = ^2");
+}
+
+TEST(Template, PrintsASingleArgumentWhereAListIsWanted) {
+  EXPECT_EQ(filled("v = [%1:, ^1:]1", {word("a")}), "v = a");
+}
+
+TEST(Template, LeavesNumbersThatNoArgumentCanHave) {
+  EXPECT_EQ(filled("^123456789", {word("a")}), "^123456789");
+}
+
 }  // namespace

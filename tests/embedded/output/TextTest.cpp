@@ -69,4 +69,11 @@ TEST(Text, ComparesListsItemByItem) {
   EXPECT_FALSE(*list({"a"}) == *list({"a", "b"}));
 }
 
+TEST(Text, TellsAVariableFromNone) {
+  const auto v = named("v");
+  EXPECT_FALSE(*Text::ofVariable(v) == *Text::ofVariable(nullptr));
+  EXPECT_FALSE(*Text::ofVariable(nullptr) == *Text::ofVariable(v));
+  EXPECT_TRUE(*Text::ofVariable(nullptr) == *Text::ofVariable(nullptr));
+}
+
 }  // namespace

@@ -96,4 +96,64 @@ TEST(Values, ReaderTextFillsSentencesWithLabels) {
   EXPECT_EQ(readerText(*Text::string("Lower", false), german), "Lower") << "not to be translated";
 }
 
+class Comma : public Sentences {
+ public:
+  std::string_view sentence(std::string_view identifier) const override {
+    return identifier == "Decimal mark" ? "," : identifier;
+  }
+};
+
+VariablePtr withDecimals(int decimals) {
+  VariableInfo info;
+  info.name = "v";
+  info.decimals = decimals;
+  return std::make_shared<const VariableInfo>(std::move(info));
+}
+
+std::string shownWith(int decimals, double value, const Sentences& sentences) {
+  return readerText(*Text::ofValue(withDecimals(decimals), value, false), sentences);
+}
+
+TEST(Values, HaveTheDecimalsOfTheirVariableAndNeverFewerThanTheirOwn) {
+  const Upper points;
+  EXPECT_EQ(shownWith(2, 1.0, points), "1.00");
+  EXPECT_EQ(shownWith(2, -1.5, points), "-1.50");
+  EXPECT_EQ(shownWith(2, 1.234, points), "1.234");
+  EXPECT_EQ(shownWith(2, 1e20, points), "1e+20");
+  EXPECT_EQ(shownWith(0, 1.5, points), "1.5");
+  EXPECT_EQ(shownWith(-1, 1.0, points), "1");
+}
+
+TEST(Values, HaveTheDecimalMarkOfTheReader) {
+  const Comma german;
+  EXPECT_EQ(shownWith(2, 1.5, german), "1,50");
+  EXPECT_EQ(shownWith(2, sysmis, german), ".");
+  EXPECT_EQ(readerText(*Text::number(0.5, NumberFormat::SigDigit), german), "0,5");
+  EXPECT_EQ(readerText(*Text::number(7.0, NumberFormat::SigDigit), german), "7");
+  EXPECT_EQ(readerText(*Text::number(sysmis, NumberFormat::SigDigit), german), ".")
+      << "a missing number is no decimal mark";
+}
+
+TEST(Values, TimesOutsideOfEveryCalendarAndClockAreNumbers) {
+  EXPECT_EQ(isoText(ValueKind::Time, 86400.0), "24:00:00");
+  EXPECT_EQ(isoText(ValueKind::Time, 90000.0), "90000");
+  EXPECT_EQ(isoText(ValueKind::Timestamp, 1e15), "1000000000000000");
+  EXPECT_EQ(isoText(ValueKind::Timestamp, -1e15), "-1000000000000000");
+}
+
+TEST(Values, NotANumberHasNoDate) {
+  EXPECT_EQ(rawText(*labelled(ValueKind::Date), std::numeric_limits<double>::quiet_NaN()), "nan");
+}
+
+TEST(Values, ListsArePrintedWithCommasAndTextsInsideOfTexts) {
+  const auto v = labelled();
+  const auto list = Text::list({Text::ofValue(v, 1.0, true), Text::string("Lower")});
+  EXPECT_EQ(readerText(*list, Upper()), "yes, Untergrenze");
+  EXPECT_EQ(machineText(*list), "1, Lower");
+  const auto nested =
+      Text::composite("in ^1", {Text::composite("^1 = ^2", {Text::ofVariable(v), list})});
+  EXPECT_EQ(machineText(*nested), "in v = 1, Lower");
+  EXPECT_EQ(readerText(*nested, Upper()), "in A variable ist yes, Untergrenze");
+}
+
 }  // namespace

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <string>
 
 #include "embedded/output/Writer.h"
 
@@ -184,6 +185,17 @@ TEST_F(WriterTest, ReleasedTablesOfSingleSplitGroupsAreGone) {
   }
   EXPECT_EQ(only().split, 1U);
   EXPECT_EQ(only().cells.size(), 1U);
+}
+
+// A table has four at most; what would be a fifth is the last of them.
+TEST_F(WriterTest, DimensionsBeyondTheMostAreTheLastOne) {
+  const Index table = writer.table(id("t"));
+  for (Index i = 0; i < maxDimensions; ++i) {
+    EXPECT_EQ(writer.dimension(table, id(std::to_string(i).c_str())), i);
+  }
+  EXPECT_EQ(writer.dimension(table, id("more")), maxDimensions - 1);
+  EXPECT_EQ(only().dimensions.size(), maxDimensions);
+  EXPECT_EQ(only().dimensions.back().label->id, "3");
 }
 
 }  // namespace

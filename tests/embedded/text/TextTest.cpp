@@ -88,7 +88,7 @@ TEST_F(Collating, BreaksTiesByBytes) {
 }
 
 TEST(Collation, RefusesALocaleThatIsNone) {
-  for (const char* tag : {"no such locale", "xx", "!!"}) {
+  for (const char* tag : {"no such locale", "xx", "!!", "-", "de-", "x"}) {
     try {
       const Collation collation{std::string(tag)};
       ADD_FAILURE() << tag;
@@ -105,6 +105,14 @@ TEST(Nearest, IsTheNameOfTheFewestEdits) {
   EXPECT_EQ(nearest("ALPHA", names), "");
   EXPECT_EQ(nearest("", names), "");
   EXPECT_EQ(nearest(std::string(100000, 'T'), names), "");
+}
+
+TEST(Nearest, PassesOverNamesThatAreFarTooLong) {
+  const std::string longName(201, 'a');
+  EXPECT_EQ(nearest(std::string(200, 'a'), std::vector<std::string>{longName}), "");
+  EXPECT_EQ(nearest("abc", std::vector<std::string>{longName, "abd"}), "abd");
+  EXPECT_EQ(nearest(std::string(199, 'a'), std::vector<std::string>{std::string(200, 'a')}),
+            std::string(200, 'a'));
 }
 
 }  // namespace
