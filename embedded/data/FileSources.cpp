@@ -152,9 +152,17 @@ std::string DatabaseSource::from(std::span<const ColumnRead>) const {
 
 std::unique_ptr<TableSource> openTable(Engine& engine, const DataAddress& address,
                                        const std::vector<std::string>& nullTexts) {
-  if (address.kind == FileKind::Parquet) return std::make_unique<ParquetSource>(engine, address);
-  if (address.kind == FileKind::Json) return std::make_unique<JsonSource>(engine, address);
-  if (address.kind == FileKind::DuckDb) return std::make_unique<DatabaseSource>(engine, address);
+  switch (address.kind) {
+    case FileKind::Csv:
+    case FileKind::Tsv:
+      break;
+    case FileKind::Parquet:
+      return std::make_unique<ParquetSource>(engine, address);
+    case FileKind::Json:
+      return std::make_unique<JsonSource>(engine, address);
+    case FileKind::DuckDb:
+      return std::make_unique<DatabaseSource>(engine, address);
+  }
   return std::make_unique<CsvSource>(engine, address, nullTexts);
 }
 

@@ -41,13 +41,13 @@ Json parse(const std::string& file) {
   try {
     return Json::parse(text);
   } catch (const Json::parse_error& error) {
-    refuseSyntax(file, text, error.byte - 1, error.what());
+    refuseSyntax(file, text, error.byte == 0 ? 0 : error.byte - 1, error.what());
   } catch (const Json::out_of_range& error) {
     // A number that no double holds; its text stands in quotes, its place is not told.
     const std::string what = error.what();
     const std::size_t begin = what.find('\'') + 1;
     const std::size_t place = text.find(what.substr(begin, what.rfind('\'') - begin));
-    refuseSyntax(file, text, place, what);
+    refuseSyntax(file, text, place == std::string::npos ? 0 : place, what);
   }
 }
 
