@@ -112,6 +112,17 @@ TEST_F(Limits, NoRoomForResults) {
   expectFailure(run(call("data.csv", "PROPORTIONS /ONESAMPLE v")), 4, "File too large");
 }
 
+// A folder is no file: reading it is an error, not an empty text.
+TEST_F(Limits, AFolderIsNoFileOfTexts) {
+  folder_.write("data.csv", "v\n1\n0\n");
+  files_ = {"data.csv", "results.txt"};
+  expectFailure(run(call("data.csv", "PROPORTIONS /ONESAMPLE v", {"--schema", "/"})), 3,
+                "Is a directory");
+  Call fromFile = call("data.csv", "", {"-f", "/"});
+  fromFile.arguments.erase(fromFile.arguments.begin() + 2, fromFile.arguments.begin() + 4);
+  expectFailure(run(fromFile), 2, "Is a directory");
+}
+
 TEST_F(Limits, TooLittleMemory) {
   folder_.write("data.csv", "v,g\n1,1\n0,2\n");
   makeRows(100000);
