@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <new>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -23,6 +24,7 @@
 #include "render/Reading.h"
 #include "render/Renderer.h"
 #include "render/XlsxBook.h"
+#include "render/XlsxParts.h"
 
 namespace render {
 
@@ -260,9 +262,15 @@ void renderXlsx(const Document& document, const Context& context, std::ostream& 
   plainNumbers.colour = false;
   plainNumbers.decimalPoint = ".";  // the program that opens it has its own
   const TemporaryFile file;
+  partsAreWhole();  // those of an older workbook are forgotten
   errno = 0;
-  if (!writeBook(file.path(), document, plainNumbers)) {
-    file.fail(errno);
+  const bool isWritten = writeBook(file.path(), document, plainNumbers);
+  const int reason = errno;
+  if (!partsAreWhole()) {
+    throw std::bad_alloc();
+  }
+  if (!isWritten) {
+    file.fail(reason);
   }
   file.copyTo(out);
 }
