@@ -217,17 +217,17 @@ DataAddress parseAddress(const std::string& text) {
   std::string path = text;
   splitTable(address, path);
   address.files = filesOf(path);
-  const std::optional<FileKind> kind = kindOf(address.files.front());
   for (const std::string& file : address.files) {
     std::error_code error;
     const fs::file_status status = fs::status(file, error);
     if (error) fail(messages::unreadable, {file, error.message()});
     if (!fs::is_regular_file(status)) fail(messages::notAFile, {file});
-    if (!kindOf(file)) fail(messages::unknownKind, {file});
-    if (kindOf(file) != kind) fail(messages::mixedFiles, {text});
+    const std::optional<FileKind> kind = kindOf(file);
+    if (!kind) fail(messages::unknownKind, {file});
+    if (&file == &address.files.front()) address.kind = *kind;
+    if (*kind != address.kind) fail(messages::mixedFiles, {text});
     if (fs::file_size(file, error) == 0) fail(messages::emptyFile, {file});
   }
-  address.kind = *kind;
   return address;
 }
 

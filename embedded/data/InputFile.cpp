@@ -33,7 +33,7 @@ std::size_t readAll(std::span<char> bytes, const Read& read) {
 
 }  // namespace
 
-InputFile::InputFile(const std::string& path) : descriptor_(-1) {
+InputFile::InputFile(const std::string& path) {
   do descriptor_ = open(path.c_str(), O_RDONLY | O_CLOEXEC);
   while (descriptor_ < 0 && errno == EINTR);
   if (descriptor_ < 0) failForErrno();

@@ -24,7 +24,7 @@ class InputFile {
   std::size_t readAt(std::size_t offset, std::span<char> bytes) const;
 
  private:
-  int descriptor_;
+  int descriptor_ = -1;
 };
 
 // The bytes of a file, or as many of the first as `most`. Throws std::system_error.
