@@ -3,10 +3,9 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <charconv>
-#include <fstream>
 #include <iostream>
-#include <iterator>
 #include <memory>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -15,6 +14,7 @@
 #include "OutputFile.h"
 #include "Terminal.h"
 #include "WrongUsage.h"
+#include "embedded/data/InputFile.h"
 #include "embedded/errors/Error.h"
 #include "embedded/messages/Catalogue.h"
 #include "embedded/output/Values.h"
@@ -205,12 +205,12 @@ int answer(const CLI::App& app, const CLI::ParseError& stop,
 }
 
 std::string readFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::string text{std::istreambuf_iterator<char>(file), {}};
-  if (!file) {
-    throw Error(ErrorKind::Usage, "Cannot read command file ^1 ...", {path});
+  try {
+    return embedded::data::contentOf(path);
+  } catch (const std::system_error& problem) {
+    throw Error(ErrorKind::Usage, "Cannot read command file ^1: ^2 ...",
+                {path, problem.code().message()});
   }
-  return text;
 }
 
 // What the options demand of one another.

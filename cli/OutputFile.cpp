@@ -41,9 +41,18 @@ void OutputFile::open() {
   beside_ = special ? "" : target;
 }
 
+std::string OutputFile::shownPath() const {
+  return path_.empty() ? "Standard output ..." : path_;
+}
+
 void OutputFile::fail(const std::string& reason) const {
   throw embedded::Error(embedded::ErrorKind::Output, "Cannot write ^1: ^2 ...",
-                        {path_.empty() ? "Standard output ..." : path_, reason});
+                        {shownPath(), reason});
+}
+
+void OutputFile::failFor(const std::string& folder, const std::string& reason) const {
+  throw embedded::Error(embedded::ErrorKind::Output, "Cannot write ^1 for want of ^2: ^3 ...",
+                        {shownPath(), folder, reason});
 }
 
 OutputFile::~OutputFile() {
@@ -51,8 +60,7 @@ OutputFile::~OutputFile() {
     close(descriptor_);
   }
   if (!beside_.empty()) {
-    std::error_code ignored;
-    std::filesystem::remove(beside_, ignored);
+    unlink(beside_.c_str());
   }
 }
 

@@ -26,9 +26,12 @@ class OutputFile {
   void commit();
   // Throws Error(Output) for that reason.
   [[noreturn]] void fail(const std::string& reason) const;
+  // The same when what could not be written is a temporary file in that folder.
+  [[noreturn]] void failFor(const std::string& folder, const std::string& reason) const;
 
  private:
   void open();
+  std::string shownPath() const;
 
   std::string path_;
   std::string beside_;   // empty: written to as it is

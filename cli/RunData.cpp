@@ -7,7 +7,6 @@
 #include <fstream>
 #include <iostream>
 #include <memory>
-#include <system_error>
 
 #include "OutputFile.h"
 #include "Program.h"
@@ -155,8 +154,8 @@ class PartWriter {
   void finish(const Document& document) {
     try {
       (begun_ ? format_.part : format_.render)(document, context_, output_.stream());
-    } catch (const std::system_error& problem) {
-      output_.fail(problem.code().message());
+    } catch (const std::filesystem::filesystem_error& problem) {
+      output_.failFor(problem.path1().string(), problem.code().message());
     }
     output_.commit();
   }

@@ -1,9 +1,11 @@
 // json: the whole document as one object, described by docs/document.schema.json. Cells leave as
 // they are visited, so that memory does not grow with the tables' text.
+#include <optional>
 #include <string>
 
 #include "render/JsonLabels.h"
 #include "render/JsonTable.h"
+#include "render/JsonText.h"
 #include "render/MessageParts.h"
 #include "render/Renderer.h"
 
@@ -16,83 +18,90 @@ using embedded::output::Message;
 
 constexpr std::size_t blockSize = std::size_t{1} << 16;
 
-Json textOrNull(const std::string& text) {
-  return text.empty() ? Json(nullptr) : Json(text);
+std::string textOrNull(const std::string& text) {
+  return text.empty() ? "null" : jsonText(text);
 }
 
-template <class Value>
-Json valueOrNull(const std::optional<Value>& value) {
-  return value ? Json(*value) : Json(nullptr);
+template <class Number>
+std::string numberOrNull(const std::optional<Number>& number) {
+  return number ? std::to_string(*number) : "null";
 }
 
-Json countsOf(const CaseCounts& cases) {
-  Json missing = Json::object();
+std::string countsOf(const CaseCounts& cases) {
+  std::string missing = "{";
   for (const auto& [name, lacking] : cases.missing) {
-    missing[name] = {{"system", lacking.system}, {"user", lacking.user}};
+    missing += (missing.size() == 1 ? "" : ",") + jsonText(name) + ":" +
+               jsonObject({{"system", std::to_string(lacking.system)},
+                           {"user", std::to_string(lacking.user)}});
   }
-  return {{"read", cases.read}, {"invalid_weight", cases.invalidWeight}, {"missing", missing}};
+  return jsonObject({{"read", std::to_string(cases.read)},
+                     {"invalid_weight", std::to_string(cases.invalidWeight)},
+                     {"missing", missing + "}"}});
 }
 
-Json dataOf(const Document& document, const Context& context) {
+std::string dataOf(const Document& document, const Context& context) {
   const auto& data = document.data;
-  Json json = {{"source", data.source},
-               {"fingerprint", data.fingerprint},
-               {"weight", textOrNull(data.weight)},
-               {"split", jsonSplitNames(document)},
-               {"seed", valueOrNull(data.seed)},
-               {"cases", countsOf(data.cases)}};
+  std::string json = jsonObject({{"source", jsonText(data.source)},
+                                 {"fingerprint", jsonText(data.fingerprint)},
+                                 {"weight", textOrNull(data.weight)},
+                                 {"split", jsonSplitNames(document)},
+                                 {"seed", numberOrNull(data.seed)},
+                                 {"cases", countsOf(data.cases)}});
   if (!data.casesBySplit.empty()) {
-    Json groups = Json::array();
-    for (const auto& [split, cases] : data.casesBySplit) {
-      groups.push_back({{"split", jsonSplitValues(document, split, *context.sentences)},
-                        {"cases", countsOf(cases)}});
-    }
-    json["cases_by_split"] = std::move(groups);
+    json.back() = ',';
+    json += "\"cases_by_split\":" +
+            jsonArray(data.casesBySplit,
+                      [&](const auto& group) {
+                        return jsonObject(
+                            {{"split", jsonSplitValues(document, group.first, *context.sentences)},
+                             {"cases", countsOf(group.second)}});
+                      }) +
+            "}";
   }
   return json;
 }
 
-Json notesOf(const Document& document, const Context& context) {
-  Json notes = Json::array();
-  for (const auto& note : document.notes) {
-    notes.push_back({{"kind", note.kind},
-                     {"label", jsonLabel(*note.label, *context.sentences)},
-                     {"value", jsonLabel(*note.text, *context.sentences)}});
-  }
-  return notes;
+std::string notesOf(const Document& document, const Context& context) {
+  return jsonArray(document.notes, [&](const auto& note) {
+    return jsonObject({{"kind", std::to_string(note.kind)},
+                       {"label", jsonLabel(*note.label, *context.sentences)},
+                       {"value", jsonLabel(*note.text, *context.sentences)}});
+  });
 }
 
-Json messageOf(const Document& document, const Message& message, const Context& context) {
-  Json json = {{"severity", severityId(message.severity)},
-               {"id", message.text->id},
-               {"arguments", jsonArguments(*message.text)},
-               {"text", embedded::output::readerText(*message.text, *context.sentences)}};
-  json["where"] = message.where
-                      ? Json{{"line", message.where->line}, {"column", message.where->column}}
-                      : Json(nullptr);
-  json["nearest"] = textOrNull(message.nearest);
-  json["show"] = valueOrNull(message.show);
-  json["level"] = valueOrNull(message.level);
-  json["split"] = jsonSplitValues(document, message.split, *context.sentences);
-  return json;
+std::string placeOf(const Message& message) {
+  if (!message.where) {
+    return "null";
+  }
+  return jsonObject({{"line", std::to_string(message.where->line)},
+                     {"column", std::to_string(message.where->column)}});
 }
 
-Json messagesOf(const Document& document, const Context& context) {
-  Json list = Json::array();
-  for (const Message& message : document.messages) {
-    list.push_back(messageOf(document, message, context));
-  }
-  return list;
+std::string messageOf(const Document& document, const Message& message, const Context& context) {
+  const std::string text = embedded::output::readerText(*message.text, *context.sentences);
+  return jsonObject({{"severity", jsonText(severityId(message.severity))},
+                     {"id", jsonText(message.text->id)},
+                     {"arguments", jsonArguments(*message.text)},
+                     {"text", jsonText(text)},
+                     {"where", placeOf(message)},
+                     {"nearest", textOrNull(message.nearest)},
+                     {"show", numberOrNull(message.show)},
+                     {"level", numberOrNull(message.level)},
+                     {"split", jsonSplitValues(document, message.split, *context.sentences)}});
+}
+
+std::string messagesOf(const Document& document, const Context& context) {
+  return jsonArray(document.messages,
+                   [&](const Message& message) { return messageOf(document, message, context); });
 }
 
 // What stands before the tables, as the opening of the object.
 std::string opening(const Document& document, const Context& context) {
   return "{\"procedure\":" + jsonText(document.procedure) +
          ",\"version\":" + jsonText(document.version) +
-         ",\"command\":" + jsonText(document.command) +
-         ",\n\"data\":" + jsonText(dataOf(document, context)) +
-         ",\n\"notes\":" + jsonText(notesOf(document, context)) +
-         ",\n\"messages\":" + jsonText(messagesOf(document, context)) + ",\n\"tables\":[";
+         ",\"command\":" + jsonText(document.command) + ",\n\"data\":" + dataOf(document, context) +
+         ",\n\"notes\":" + notesOf(document, context) +
+         ",\n\"messages\":" + messagesOf(document, context) + ",\n\"tables\":[";
 }
 
 }  // namespace

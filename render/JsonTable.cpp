@@ -2,6 +2,8 @@
 
 #include "render/Footnotes.h"
 #include "render/Grid.h"
+#include "render/JsonLabels.h"
+#include "render/JsonText.h"
 #include "render/MachineNames.h"
 #include "render/NodeTexts.h"
 #include "render/Numbers.h"
@@ -53,8 +55,8 @@ class JsonTable {
   void write(const std::function<void()>& flush) {
     const bool split = table_.splitRows || table_.split != none;
     block_ += "{\"title\":" + labelText(*table_.title);
-    block_ += ",\"dimensions\":" + jsonText(dimensions());
-    block_ += ",\"split\":" + jsonText(split ? jsonSplitNames(document_) : Json::array());
+    block_ += ",\"dimensions\":" + dimensions();
+    block_ += ",\"split\":" + (split ? jsonSplitNames(document_) : "[]");
     block_ += ",\"cells\":[";
     grid_.forEachRow([&](const Row& row) {
       addRow(row);
@@ -65,7 +67,7 @@ class JsonTable {
 
  private:
   std::string labelText(const embedded::output::Text& text) const {
-    return jsonText(jsonLabel(text, *context_.sentences));
+    return jsonLabel(text, *context_.sentences);
   }
 
   std::string pathText(const Dimension& dimension, Index node) const {
@@ -75,20 +77,17 @@ class JsonTable {
            "]";
   }
 
-  Json dimensions() const {
-    Json list = Json::array();
-    for (const Dimension& dimension : table_.dimensions) {
-      list.push_back({{"axis", nameOf(dimension.axis)},
-                      {"label", jsonLabel(*dimension.label, *context_.sentences)}});
-    }
-    return list;
+  std::string dimensions() const {
+    return jsonArray(table_.dimensions, [this](const Dimension& dimension) {
+      return jsonObject(
+          {{"axis", jsonText(nameOf(dimension.axis))}, {"label", labelText(*dimension.label)}});
+    });
   }
 
   void addRow(const Row& row) {
     if (splitText_.empty() || row.split != split_) {
       split_ = row.split;
-      splitText_ =
-          split_ == none ? "[]" : jsonText(jsonSplitValues(document_, split_, *context_.sentences));
+      splitText_ = split_ == none ? "[]" : jsonSplitValues(document_, split_, *context_.sentences);
     }
     printer_.print(row, texts_);
     for (std::size_t c = 0; c < row.cells.size(); ++c) {
@@ -136,25 +135,20 @@ class JsonTable {
 
 }  // namespace
 
-Json jsonSplitNames(const Document& document) {
-  Json names = Json::array();
-  for (const auto& variable : document.data.splits) {
-    names.push_back(variable->name);
-  }
-  return names;
+std::string jsonSplitNames(const Document& document) {
+  return jsonArray(document.data.splits,
+                   [](const auto& variable) { return jsonText(variable->name); });
 }
 
-Json jsonSplitValues(const Document& document, Index split,
-                     const embedded::output::Sentences& sentences) {
+std::string jsonSplitValues(const Document& document, Index split,
+                            const embedded::output::Sentences& sentences) {
   if (split == none) {
-    return nullptr;
+    return "null";
   }
-  Json values = Json::array();
-  for (const TextPtr& value : document.splits[split].values) {
-    values.push_back(
-        {{"value", jsonValue(*value)}, {"text", embedded::output::readerText(*value, sentences)}});
-  }
-  return values;
+  return jsonArray(document.splits[split].values, [&](const TextPtr& value) {
+    return jsonObject({{"value", jsonValue(*value)},
+                       {"text", jsonText(embedded::output::readerText(*value, sentences))}});
+  });
 }
 
 void writeJsonTable(const Document& document, const Table& table, const Context& context,

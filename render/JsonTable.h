@@ -4,16 +4,15 @@
 #include <functional>
 #include <string>
 
-#include "render/JsonLabels.h"
 #include "render/Renderer.h"
 
 namespace render {
 
 // The names of the split variables, outermost first.
-Json jsonSplitNames(const Document& document);
+std::string jsonSplitNames(const Document& document);
 // The values of a split group; null outside of groups.
-Json jsonSplitValues(const Document& document, embedded::output::Index split,
-                     const embedded::output::Sentences& sentences);
+std::string jsonSplitValues(const Document& document, embedded::output::Index split,
+                            const embedded::output::Sentences& sentences);
 
 // Adds the table to `block`, a line a cell, and calls `flush` after each row, which may take the
 // text away.

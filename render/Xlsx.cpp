@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <new>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -23,6 +24,7 @@
 #include "render/Reading.h"
 #include "render/Renderer.h"
 #include "render/XlsxBook.h"
+#include "render/XlsxParts.h"
 
 namespace render {
 
@@ -210,25 +212,46 @@ class TemporaryFile {
  public:
   TemporaryFile() {
     std::error_code problem;
-    path_ = (std::filesystem::temp_directory_path(problem) / "proportions-XXXXXX").string();
-    const int descriptor = problem ? -1 : mkstemp(path_.data());
-    if (descriptor < 0) {
-      path_.clear();
-    } else {
-      close(descriptor);
+    folder_ = std::filesystem::temp_directory_path(problem);
+    if (problem) {
+      fail(problem.value());
     }
+    std::string path = (folder_ / "proportions-XXXXXX").string();
+    const int descriptor = mkstemp(path.data());
+    if (descriptor < 0) {
+      fail(errno);
+    }
+    close(descriptor);
+    path_ = path;
   }
-  ~TemporaryFile() {
-    std::error_code ignored;
-    std::filesystem::remove(path_, ignored);
-  }
+  ~TemporaryFile() { unlink(path_.c_str()); }
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-  // Empty when no file could be made.
   const std::string& path() const { return path_; }
 
+  void copyTo(std::ostream& out) const {
+    std::vector<char> buffer(std::size_t{64} << 10U);
+    errno = 0;
+    std::ifstream in(path_, std::ios::binary);
+    do {
+      in.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));
+      out.write(buffer.data(), in.gcount());
+    } while (in.good());
+    // A stream that could not be read is bad; at its end it has only failed.
+    if (in.bad() || !in.is_open()) {
+      fail(errno);
+    }
+  }
+
+  // Throws std::filesystem::filesystem_error with the folder and the reason, a number of errno.
+  [[noreturn]] void fail(int reason) const {
+    throw std::filesystem::filesystem_error("temporary file", folder_,
+                                            {reason == 0 ? EIO : reason, std::generic_category()});
+  }
+
  private:
+  std::filesystem::path folder_;
   std::string path_;
 };
 
@@ -239,11 +262,17 @@ void renderXlsx(const Document& document, const Context& context, std::ostream& 
   plainNumbers.colour = false;
   plainNumbers.decimalPoint = ".";  // the program that opens it has its own
   const TemporaryFile file;
-  errno = file.path().empty() ? errno : 0;
-  if (file.path().empty() || !writeBook(file.path(), document, plainNumbers)) {
-    throw std::system_error(errno == 0 ? EIO : errno, std::generic_category());
+  partsAreWhole();  // those of an older workbook are forgotten
+  errno = 0;
+  const bool isWritten = writeBook(file.path(), document, plainNumbers);
+  const int reason = errno;
+  if (!partsAreWhole()) {
+    throw std::bad_alloc();
   }
-  out << std::ifstream(file.path(), std::ios::binary).rdbuf();
+  if (!isWritten) {
+    file.fail(reason);
+  }
+  file.copyTo(out);
 }
 
 }  // namespace render

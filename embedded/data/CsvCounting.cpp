@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <exception>
 #include <memory>
 #include <mutex>
@@ -76,6 +77,7 @@ class BlockFile {
     while (!bytes.empty()) {
       const ssize_t got =
           pread(descriptor_, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+      if (got < 0 && errno == EINTR) continue;
       if (got <= 0) return false;
       offset += static_cast<std::size_t>(got);
       bytes = bytes.subspan(static_cast<std::size_t>(got));

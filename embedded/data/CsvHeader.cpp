@@ -4,9 +4,10 @@
 #include <unicode/ustring.h>
 
 #include <algorithm>
-#include <fstream>
+#include <system_error>
 
 #include "DataMessages.h"
+#include "InputFile.h"
 #include "TableSource.h"
 
 namespace embedded::data {
@@ -15,12 +16,11 @@ namespace {
 constexpr std::size_t headSize = 1U << 20U;
 
 std::string readHead(const std::string& file, const std::string& shownAs) {
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream) fail(messages::unreadable, {shownAs, "Reason cannot be opened ..."});
-  std::string head(headSize, '\0');
-  stream.read(head.data(), static_cast<std::streamsize>(head.size()));
-  head.resize(static_cast<std::size_t>(stream.gcount()));
-  return head;
+  try {
+    return contentOf(file, headSize);
+  } catch (const std::system_error& problem) {
+    fail(messages::unreadable, {shownAs, problem.code().message()});
+  }
 }
 
 // The first record without its line end.

@@ -1,11 +1,16 @@
 // Paths, patterns of paths, addresses of servers, and what is refused.
 #include "DataAddress.h"
 
+#include <dirent.h>
 #include <glob.h>
+#include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
+#include <cstring>
 #include <filesystem>
+#include <new>
 #include <optional>
 #include <string_view>
 
@@ -139,18 +144,49 @@ ServerAddress serverAddress(const std::string& text, const ServerEngine& engine)
   return server;
 }
 
-// The files that a pattern stands for; a path that exists as written stands for itself.
-std::vector<std::string> filesOf(const std::string& path) {
-  std::error_code error;
-  if (fs::exists(path, error)) return {path};
-  if (path.find_first_of("*?[") == std::string::npos) fail(messages::noSuchFile, {path});
+// Of the first folder that a search for files could not read to its end; files would be missed.
+thread_local int searchProblem = 0;
+
+dirent* nextEntry(void* folder) {
+  errno = 0;
+  dirent* entry = readdir(static_cast<DIR*>(folder));
+  if (entry == nullptr && searchProblem == 0) searchProblem = errno;
+  return entry;
+}
+
+int noteProblem(const char* /*folder*/, int problem) {
+  if (searchProblem == 0 && problem != ENOENT && problem != ENOTDIR) searchProblem = problem;
+  return 0;
+}
+
+// The files of a pattern, in the order of their names.
+std::vector<std::string> search(const std::string& pattern) {
   glob_t found{};
-  const int status = glob(path.c_str(), 0, nullptr, &found);
+  found.gl_opendir = [](const char* folder) -> void* { return opendir(folder); };
+  found.gl_readdir = nextEntry;
+  found.gl_closedir = [](void* folder) { closedir(static_cast<DIR*>(folder)); };
+  found.gl_lstat = lstat;
+  found.gl_stat = stat;
+  searchProblem = 0;
+  const int status = glob(pattern.c_str(), GLOB_ALTDIRFUNC, noteProblem, &found);
   std::vector<std::string> files;
   if (status == 0) files.assign(found.gl_pathv, found.gl_pathv + found.gl_pathc);
   globfree(&found);
-  if (files.empty()) fail(messages::noSuchFile, {path});
+  if (status == GLOB_NOSPACE) throw std::bad_alloc();
+  if (searchProblem != 0) fail(messages::unreadable, {pattern, std::strerror(searchProblem)});
   std::ranges::sort(files);
+  return files;
+}
+
+// The files that a pattern stands for; a path that exists as written stands for itself.
+std::vector<std::string> filesOf(const std::string& path) {
+  std::error_code problem;
+  if (fs::exists(path, problem)) return {path};
+  const bool isPattern = path.find_first_of("*?[") != std::string::npos;
+  if (problem && !isPattern) fail(messages::unreadable, {path, problem.message()});
+  std::vector<std::string> files;
+  if (isPattern) files = search(path);
+  if (files.empty()) fail(messages::noSuchFile, {path});
   return files;
 }
 
@@ -181,15 +217,17 @@ DataAddress parseAddress(const std::string& text) {
   std::string path = text;
   splitTable(address, path);
   address.files = filesOf(path);
-  const std::optional<FileKind> kind = kindOf(address.files.front());
   for (const std::string& file : address.files) {
     std::error_code error;
-    if (!fs::is_regular_file(file, error)) fail(messages::notAFile, {file});
-    if (!kindOf(file)) fail(messages::unknownKind, {file});
-    if (kindOf(file) != kind) fail(messages::mixedFiles, {text});
+    const fs::file_status status = fs::status(file, error);
+    if (error) fail(messages::unreadable, {file, error.message()});
+    if (!fs::is_regular_file(status)) fail(messages::notAFile, {file});
+    const std::optional<FileKind> kind = kindOf(file);
+    if (!kind) fail(messages::unknownKind, {file});
+    if (&file == &address.files.front()) address.kind = *kind;
+    if (*kind != address.kind) fail(messages::mixedFiles, {text});
     if (fs::file_size(file, error) == 0) fail(messages::emptyFile, {file});
   }
-  address.kind = *kind;
   return address;
 }
 

@@ -41,10 +41,10 @@ inline constexpr DataMessage unsupportedType{"Data unsupported type ^1 ^2 ..."};
 inline constexpr DataMessage dataChanged{"Data changed ^1 ..."};
 inline constexpr DataMessage heavyPattern{"Data weights too large ^1 ..."};
 inline constexpr DataMessage engineFailure{"Data engine failure ^1 ^2 ..."};
-inline constexpr DataMessage noTemporaryFolder{"Data no temporary folder ^1 ..."};
+inline constexpr DataMessage noTemporaryFolder{"Data no temporary folder ^1 ^2 ..."};
 inline constexpr DataMessage badMemory{"Data bad memory size ^1 ..."};
 // The dictionary and its sidecar.
-inline constexpr DataMessage schemaUnreadable{"Schema cannot be read ^1 ..."};
+inline constexpr DataMessage schemaUnreadable{"Schema cannot be read ^1 ^2 ..."};
 inline constexpr DataMessage schemaSyntax{"Schema bad JSON ^1 ^2 ^3 ^4 ..."};
 inline constexpr DataMessage schemaShape{"Schema wrong form ^1 ^2 ^3 ..."};
 inline constexpr DataMessage schemaNoResource{"Schema no resource ^1 ^2 ..."};

@@ -46,7 +46,9 @@ class DuckDbRelation final : public Relation {
   std::string firstLonger(const ColumnRead& column, std::uint64_t bytes) override;
   Sample sample(const ScanRequest& request, std::uint64_t sample) override;
   std::string identity() override { return identityOf(address_.files); }
-  std::string fingerprint() override { return fingerprintOf(engine_, address_.files); }
+  std::string fingerprint() override {
+    return guarded({}, [&] { return fingerprintOf(engine_, address_.files); });
+  }
 
   const TableSource& table() const { return *table_; }
   // Throws when the files are no longer what they were when the relation was opened.

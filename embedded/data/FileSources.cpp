@@ -112,11 +112,7 @@ std::string JsonSource::value(const ColumnRead& read, std::span<const ColumnRead
 
 void JsonSource::explain(Engine& engine, const EngineFailure& failure,
                          std::span<const ColumnRead> reads) const {
-  try {
-    for (const ColumnRead& read : reads) explainText(engine, table(reads, true), read);
-  } catch (const EngineFailure&) {
-    // Not a value but the file's form is wrong; the engine says where.
-  }
+  for (const ColumnRead& read : reads) explainText(engine, table(reads, true), read);
   fail(messages::unreadable, {name_, failure.brief()});
 }
 

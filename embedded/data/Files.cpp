@@ -8,22 +8,23 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <system_error>
+#include <utility>
 
 #include "EngineMessages.h"
+#include "InputFile.h"
 #include "embedded/session/Session.h"
 
 namespace embedded::data {
 namespace {
 
-constexpr std::uintmax_t wholeLimit = 1U << 20U;
-constexpr std::uintmax_t blockSize = 64U << 10U;
-constexpr std::uintmax_t blockCount = 16;
+constexpr std::size_t wholeLimit = 1U << 20U;
+constexpr std::size_t blockSize = 64U << 10U;
+constexpr std::size_t blockCount = 16;
 
-std::string readBlock(std::ifstream& stream, std::uintmax_t offset, std::uintmax_t size) {
+std::string readBlock(const InputFile& file, std::size_t offset, std::size_t size) {
   std::string block(size, '\0');
-  stream.seekg(static_cast<std::streamoff>(offset));
-  stream.read(block.data(), static_cast<std::streamsize>(size));
-  block.resize(static_cast<std::size_t>(stream.gcount()));
+  block.resize(file.readAt(offset, block));
   return block;
 }
 
@@ -35,16 +36,23 @@ std::string hashOfBytes(Engine& engine, const std::string& bytes) {
   return {duckdb_string_t_data(text), duckdb_string_t_length(*text)};
 }
 
-std::string fingerprintOfFile(Engine& engine, const std::string& file) {
-  std::ifstream stream(file, std::ios::binary);
-  std::error_code error;
-  const std::uintmax_t size = std::filesystem::file_size(file, error);
-  if (!stream || error) fail(messages::unreadable, {file, "Reason cannot be opened ..."});
-  if (size <= wholeLimit) return "sha256:" + hashOfBytes(engine, readBlock(stream, 0, size));
+// What is hashed of a file, and how the hash is called then.
+std::pair<std::string, std::string> sampleOf(const InputFile& file) {
+  const std::size_t size = file.size();
+  if (size <= wholeLimit) return {"sha256:", readBlock(file, 0, size)};
   std::string sample = std::to_string(size) + "\n";
-  for (std::uintmax_t i = 0; i < blockCount; ++i)
-    sample += readBlock(stream, (size - blockSize) / (blockCount - 1) * i, blockSize);
-  return "sha256-sampled:" + hashOfBytes(engine, sample);
+  for (std::size_t i = 0; i < blockCount; ++i)
+    sample += readBlock(file, (size - blockSize) / (blockCount - 1) * i, blockSize);
+  return {"sha256-sampled:", std::move(sample)};
+}
+
+std::string fingerprintOfFile(Engine& engine, const std::string& file) {
+  try {
+    const auto [name, sample] = sampleOf(InputFile(file));
+    return name + hashOfBytes(engine, sample);
+  } catch (const std::system_error& problem) {
+    fail(messages::unreadable, {file, problem.code().message()});
+  }
 }
 
 // What could not be written of standard input.
@@ -59,7 +67,10 @@ std::string identityOf(const std::vector<std::string>& files) {
   std::string identity;
   for (const std::string& file : files) {
     struct stat status{};
-    if (stat(file.c_str(), &status) != 0) status = {};
+    if (stat(file.c_str(), &status) != 0) {
+      if (errno != ENOENT) fail(messages::unreadable, {file, std::strerror(errno)});
+      status = {};
+    }
     for (const long long part :
          {static_cast<long long>(status.st_size), static_cast<long long>(status.st_ino),
           static_cast<long long>(status.st_mtim.tv_sec),
@@ -77,7 +88,9 @@ std::string fingerprintOf(Engine& engine, const std::vector<std::string>& files)
 }
 
 bool spoolStandardInput(const std::filesystem::path& target) {
+  errno = 0;
   std::ofstream out(target, std::ios::binary);
+  if (!out) failSpooling(target);
   std::vector<char> buffer(1U << 20U);
   bool any = false;
   for (;;) {

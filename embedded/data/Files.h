@@ -10,7 +10,7 @@
 namespace embedded::data {
 
 // Size and time of change of each file, as one text; differs when a file was written to,
-// replaced or removed.
+// replaced or removed. Error(Data) when one cannot be looked at.
 std::string identityOf(const std::vector<std::string>& files);
 
 // Names the content. "sha256:" and the hash of the file when it has up to 1 MiB; of a larger

@@ -3,12 +3,12 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <limits>
 #include <nlohmann/json.hpp>
-#include <sstream>
+#include <system_error>
 
 #include "DataMessages.h"
+#include "InputFile.h"
 #include "embedded/output/Values.h"
 
 namespace embedded::data {
@@ -17,12 +17,21 @@ namespace {
 using Json = nlohmann::json;
 namespace fs = std::filesystem;
 
-std::string contentOf(const std::string& file) {
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream) fail(messages::schemaUnreadable, {file});
-  std::ostringstream text;
-  text << stream.rdbuf();
-  return text.str();
+std::string textOf(const std::string& file) {
+  try {
+    return contentOf(file);
+  } catch (const std::system_error& problem) {
+    fail(messages::schemaUnreadable, {file, problem.code().message()});
+  }
+}
+
+// Whether there is such a file. One that may be there, but cannot be looked at, is an error: the
+// data would mean something else without it.
+bool isThere(const fs::path& file) {
+  std::error_code problem;
+  const bool found = fs::exists(file, problem);
+  if (problem) fail(messages::schemaUnreadable, {file.string(), problem.message()});
+  return found;
 }
 
 // Refuses the text for what the JSON library says of this place in it.
@@ -37,7 +46,7 @@ std::string contentOf(const std::string& file) {
 }
 
 Json parse(const std::string& file) {
-  const std::string text = contentOf(file);
+  const std::string text = textOf(file);
   try {
     return Json::parse(text);
   } catch (const Json::parse_error& error) {
@@ -250,11 +259,10 @@ Schema readSchema(const std::string& file, const std::string& dataFile) {
 }
 
 Schema findSchema(const std::string& dataFile) {
-  std::error_code error;
   const fs::path beside = fs::path(dataFile).replace_extension(".schema.json");
-  if (fs::exists(beside, error)) return readSchema(beside.string(), dataFile);
+  if (isThere(beside)) return readSchema(beside.string(), dataFile);
   const fs::path package = fs::path(dataFile).replace_filename("datapackage.json");
-  if (!fs::exists(package, error)) return {};
+  if (!isThere(package)) return {};
   return fromPackage(package.string(), parse(package.string()), dataFile).value_or(Schema{});
 }
 

@@ -134,11 +134,15 @@ void TableSource::explainText(Engine& engine, const std::string& table,
   const std::string& column = columns_[static_cast<std::size_t>(read.column)].name;
   std::vector<std::string> nulls = read.nullTexts;
   nulls.emplace_back();
-  const std::vector<TextRow> rows =
-      engine.rows("SELECT r, v FROM (SELECT row_number() OVER () AS r, CAST(" +
-                  duckDbDialect.identifier(column) + " AS VARCHAR) AS v FROM " + table +
-                  ") WHERE " + fromText("v", read, "TRY_CAST") + " IS NULL AND v NOT IN " +
-                  textList(nulls, '(', ')') + " LIMIT 1");
+  std::vector<TextRow> rows;
+  try {
+    rows = engine.rows("SELECT r, v FROM (SELECT row_number() OVER () AS r, CAST(" +
+                       duckDbDialect.identifier(column) + " AS VARCHAR) AS v FROM " + table +
+                       ") WHERE " + fromText("v", read, "TRY_CAST") + " IS NULL AND v NOT IN " +
+                       textList(nulls, '(', ')') + " LIMIT 1");
+  } catch (const EngineFailure&) {
+    return;  // no value is wrong but the file's form, or the file cannot be read
+  }
   if (!rows.empty()) fail(messages::badValue, {name_, *rows[0][0], column, *rows[0][1]});
 }
 

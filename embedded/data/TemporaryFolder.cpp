@@ -1,7 +1,10 @@
 // Made by mkdtemp, removed with everything in it.
 #include "TemporaryFolder.h"
 
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
+#include <new>
 #include <system_error>
 
 #include "DataMessages.h"
@@ -22,13 +25,18 @@ std::filesystem::path placeOfAll() {
 TemporaryFolder::TemporaryFolder() {
   const std::filesystem::path parent = placeOfAll();
   std::string name = (parent / "proportions-XXXXXX").string();
-  if (mkdtemp(name.data()) == nullptr) fail(messages::noTemporaryFolder, {parent.string()});
+  if (mkdtemp(name.data()) == nullptr)
+    fail(messages::noTemporaryFolder, {parent.string(), std::strerror(errno)});
   path_ = name;
 }
 
 TemporaryFolder::~TemporaryFolder() {
-  std::error_code ignored;
-  std::filesystem::remove_all(path_, ignored);
+  try {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch)
+    // It stays.
+  }
 }
 
 }  // namespace embedded::data

@@ -1,9 +1,10 @@
 #include "embedded/session/DescriptionFile.h"
 
-#include <fstream>
 #include <nlohmann/json.hpp>
+#include <system_error>
 #include <utility>
 
+#include "embedded/data/InputFile.h"
 #include "embedded/errors/Error.h"
 
 namespace embedded {
@@ -117,12 +118,11 @@ Description descriptionOf(const Json& json) {
 }  // namespace
 
 output::Description readDescription(const std::string& path) {
-  std::ifstream file(path);
-  if (!file) {
-    throw Error(ErrorKind::Usage, "Cannot read module description ^1 ...", {path});
-  }
   try {
-    return descriptionOf(Json::parse(file));
+    return descriptionOf(Json::parse(data::contentOf(path)));
+  } catch (const std::system_error& problem) {
+    throw Error(ErrorKind::Usage, "Cannot read module description ^1: ^2 ...",
+                {path, problem.code().message()});
   } catch (const Json::exception& problem) {
     throw Error(ErrorKind::Usage, "Invalid module description ^1: ^2 ...", {path, problem.what()});
   }

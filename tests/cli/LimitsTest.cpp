@@ -112,6 +112,37 @@ TEST_F(Limits, NoRoomForResults) {
   expectFailure(run(call("data.csv", "PROPORTIONS /ONESAMPLE v")), 4, "File too large");
 }
 
+// A sheet is larger before it is packed than the workbook that holds it, and may have no room where
+// that has.
+TEST_F(Limits, RoomForTheWorkbookIsEnough) {
+  std::string names = "v0";
+  std::string row = "1";
+  for (int i = 1; i < 40; ++i) {
+    names += ",v" + std::to_string(i);
+    row += "," + std::to_string(i % 2);
+  }
+  folder_.write("data.csv", names + "\n" + row + "\n" + row + "\n");
+  Call wide = call("data.csv", "PROPORTIONS /ONESAMPLE *", {"--format", "xlsx"});
+  ASSERT_EQ(run(wide).status, 0);
+  const std::string whole = contentOf(folder_.path() / "results.txt");
+  ASSERT_LT(whole.size(), 20000U);
+  const LargestFile small(20000);
+  const Outcome outcome = run(wide);
+  EXPECT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_TRUE(contentOf(folder_.path() / "results.txt") == whole);
+}
+
+// A folder is no file: reading it is an error, not an empty text.
+TEST_F(Limits, AFolderIsNoFileOfTexts) {
+  folder_.write("data.csv", "v\n1\n0\n");
+  files_ = {"data.csv", "results.txt"};
+  expectFailure(run(call("data.csv", "PROPORTIONS /ONESAMPLE v", {"--schema", "/"})), 3,
+                "Is a directory");
+  Call fromFile = call("data.csv", "", {"-f", "/"});
+  fromFile.arguments.erase(fromFile.arguments.begin() + 2, fromFile.arguments.begin() + 4);
+  expectFailure(run(fromFile), 2, "Is a directory");
+}
+
 TEST_F(Limits, TooLittleMemory) {
   folder_.write("data.csv", "v,g\n1,1\n0,2\n");
   makeRows(100000);

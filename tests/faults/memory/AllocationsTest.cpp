@@ -1,9 +1,8 @@
 // Every allocation of whole runs in the embedded host, failing: a typed error comes out, nothing
 // crashes, and the next command gives what it gave before.
 //
-// The runs are of counts in memory, from the command to the written tables. Reading of files is
-// left out: the JSON library allocates while it frees, and the standard library's paths do not
-// survive a failure, so that some allocations there cannot fail without ending the process.
+// The runs are of counts in memory, from the command to the written tables. What is read from files
+// of JSON is in JsonReadingTest.cpp.
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -41,6 +40,12 @@ const Case cases[] = {
      "/MISSING SCOPE=LISTWISE /CRITERIA CILEVEL=99",
      "text"},
     {"Refused", "PROPORTIONS /ONESAMPLE v nobody CITYPES=ALL", "text", false},
+    {"ToJson", "PROPORTIONS /ONESAMPLE v u", "json"},
+    {"RefusedToJson", "PROPORTIONS /ONESAMPLE v nobody CITYPES=ALL", "json", false},
+    {"ToHtml", "PROPORTIONS /PAIREDSAMPLES v WITH u", "html"},
+    {"ToMarkdown", "PROPORTIONS /INDEPENDENTSAMPLES v BY u", "markdown"},
+    {"ToLatex", "PROPORTIONS /ONESAMPLE v u", "latex"},
+    {"ToAWorkbook", "PROPORTIONS /ONESAMPLE v u", "xlsx"},
 };
 
 Request requestOf(const Case& run) {

@@ -9,16 +9,23 @@ namespace {
 thread_local bool armed = false;
 thread_local std::size_t seen = 0;
 thread_local std::size_t failing = 0;
+void (*beforeFailing)() = nullptr;
+
+void failWhenTold() {
+  if (!armed || ++seen != failing) return;
+  if (beforeFailing != nullptr) beforeFailing();
+  throw std::bad_alloc();
+}
 
 void* allocate(std::size_t size) {
-  if (armed && ++seen == failing) throw std::bad_alloc();
+  failWhenTold();
   void* place = std::malloc(size == 0 ? 1 : size);
   if (place == nullptr) throw std::bad_alloc();
   return place;
 }
 
 void* allocate(std::size_t size, std::align_val_t alignment) {
-  if (armed && ++seen == failing) throw std::bad_alloc();
+  failWhenTold();
   const auto align = static_cast<std::size_t>(alignment);
   void* place = std::aligned_alloc(align, (size + align - 1) / align * align);
   if (place == nullptr) throw std::bad_alloc();
@@ -41,6 +48,10 @@ FailingAllocation::~FailingAllocation() {
 
 bool FailingAllocation::met() const {
   return seen >= failing;
+}
+
+void onFailure(void (*act)()) {
+  beforeFailing = act;
 }
 
 }  // namespace faults

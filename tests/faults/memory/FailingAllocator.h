@@ -18,4 +18,7 @@ class FailingAllocation {
   bool met() const;
 };
 
+// Called where an allocation is about to fail; it may not allocate. Null: nothing is.
+void onFailure(void (*act)());
+
 }  // namespace faults
