@@ -131,7 +131,7 @@ TEST_F(Packages, MayNameAFileOfASchema) {
   const Failure failure =
       failureOf([&] { titleBy(R"([{"path": "p.csv", "schema": "none.json"}])"); });
   EXPECT_EQ(failure.id, messages::schemaUnreadable.id);
-  EXPECT_EQ(failure.arguments, Arguments{path("none.json")});
+  EXPECT_EQ(failure.arguments, (Arguments{path("none.json"), "No such file or directory"}));
 }
 
 }  // namespace

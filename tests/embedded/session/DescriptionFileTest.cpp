@@ -57,7 +57,8 @@ std::string proportionsLibrary() {
 TEST_F(ModuleFiles, MustBeThereToBeRead) {
   const std::string path = (folder_ / "none.json").string();
   EXPECT_EQ(errorOf([&] { readDescription(path); }),
-            (std::pair<std::string, std::string>{"Cannot read module description ^1 ...", path}));
+            (std::pair<std::string, std::string>{"Cannot read module description ^1: ^2 ...",
+                                                 "No such file or directory"}));
 }
 
 TEST_F(ModuleFiles, MustBeDescriptions) {
