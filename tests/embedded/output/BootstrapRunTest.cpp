@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "NumberedRun.h"
 #include "embedded/output/Resampling.h"
 #include "embedded/output/Values.h"
 #include "embedded/output/Writer.h"
@@ -18,25 +19,9 @@ namespace {
 constexpr double missing = std::numeric_limits<double>::lowest();
 
 // Writes a document as a run over samples leaves it: sample 0 is the data.
-class BootstrapRun : public testing::Test {
+class BootstrapRun : public NumberedRun {
  protected:
-  BootstrapRun() {
-    for (const char* name : {"sample", "half"}) {
-      VariableInfo info;
-      info.name = name;
-      splits_.push_back(std::make_shared<const VariableInfo>(info));
-    }
-    description_.labels["Share"].pooling = "rubin";
-  }
-
-  void begin(double sample, std::optional<double> group = {}) {
-    SplitGroup values{{Text::ofValue(splits_[0], sample, false)}};
-    if (group) {
-      values.values.push_back(Text::ofValue(splits_[1], *group, false));
-    }
-    document_.splits.push_back(values);
-    writer_.beginSplit(static_cast<Index>(document_.splits.size() - 1), false);
-  }
+  BootstrapRun() : NumberedRun("sample") { description_.labels["Share"].pooling = "rubin"; }
 
   void share(const char* row, double value) {
     const Index table = writer_.table(Text::string("Shares"));
@@ -71,10 +56,7 @@ class BootstrapRun : public testing::Test {
     return all;
   }
 
-  std::vector<VariablePtr> splits_;
   Description description_;
-  Document document_;
-  Writer writer_{document_};
 };
 
 using Strings = std::vector<std::string>;

@@ -71,10 +71,7 @@ TEST_F(ImputedRun, SaysInHowManyImputationsAStatisticIsLacking) {
   pool();
   EXPECT_NEAR(value(0, "Plain", "Share"), 0.2, 1e-15);
   for (const char* statistic : {"Error", "From", "To"}) {
-    const Cell* cell = pooled(0, "Plain", statistic);
-    ASSERT_NE(cell, nullptr) << statistic;
-    EXPECT_EQ(cell->state, State::Missing) << statistic;
-    EXPECT_EQ(note(0, *cell), "Imputations not computed 2 ...") << statistic;
+    expectNotComputed("Plain", statistic, 2);
   }
   EXPECT_EQ(pooled(0, "Plain", "Relative Efficiency"), nullptr);
 }

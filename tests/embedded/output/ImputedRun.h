@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "NumberedRun.h"
 #include "embedded/output/Imputation.h"
 #include "embedded/output/Values.h"
 #include "embedded/output/Writer.h"
@@ -60,26 +61,9 @@ inline Description description() {
 using Values = std::vector<std::pair<const char*, double>>;
 
 // Writes a document as a run over imputations leaves it.
-class ImputedRun : public testing::Test {
+class ImputedRun : public NumberedRun {
  protected:
-  ImputedRun() {
-    for (const char* name : {"imputation", "half"}) {
-      VariableInfo info;
-      info.name = name;
-      splits_.push_back(std::make_shared<const VariableInfo>(info));
-    }
-    document_.data.splits = {splits_[0]};
-  }
-
-  // From now on, rows belong to this imputation, and to this group of the user's if there is one.
-  void begin(double imputation, std::optional<double> group = {}) {
-    SplitGroup values{{Text::ofValue(splits_[0], imputation, false)}};
-    if (group) {
-      values.values.push_back(Text::ofValue(splits_[1], *group, false));
-    }
-    document_.splits.push_back(values);
-    writer_.beginSplit(static_cast<Index>(document_.splits.size() - 1), false);
-  }
+  ImputedRun() : NumberedRun("imputation") { document_.data.splits = {splits_[0]}; }
 
   void row(const char* title, const char* rowDimension, const TextPtr& label, const TextPtr& about,
            const Values& values) {
@@ -135,15 +119,20 @@ class ImputedRun : public testing::Test {
                : machineText(*document_.tables[table].footnoteLists[cell.footnotes].front());
   }
 
+  // The statistic of a row of the first table is missing, and a note says in how many imputations.
+  void expectNotComputed(const char* label, const char* statistic, int imputations) const {
+    const Cell* cell = pooled(0, label, statistic);
+    ASSERT_NE(cell, nullptr) << label << " " << statistic;
+    EXPECT_EQ(cell->state, State::Missing) << label << " " << statistic;
+    EXPECT_EQ(note(0, *cell), "Imputations not computed " + std::to_string(imputations) + " ...")
+        << label << " " << statistic;
+  }
+
   std::size_t messages(const std::string& id) const {
     return static_cast<std::size_t>(
         std::count_if(document_.messages.begin(), document_.messages.end(),
                       [&](const Message& message) { return message.text->id == id; }));
   }
-
-  std::vector<VariablePtr> splits_;
-  Document document_;
-  Writer writer_{document_};
 };
 
 }  // namespace embedded::output

@@ -75,10 +75,7 @@ TEST_F(ImputedRun, CountsImputationsThatLackTheEstimateItself) {
   }
   pool();
   for (const char* method : {"Plain", "Round"}) {
-    const Cell* cell = pooled(0, method, "Share");
-    ASSERT_NE(cell, nullptr) << method;
-    EXPECT_EQ(cell->state, State::Missing) << method;
-    EXPECT_EQ(note(0, *cell), "Imputations not computed 1 ...") << method;
+    expectNotComputed(method, "Share", 1);
   }
 }
 
@@ -115,10 +112,7 @@ TEST_F(ImputedRun, HasNoTestWithoutAStandardError) {
   says.labels["Q"] = meaning(Role::POneSided);
   poolImputations(document_, says, PoolingDf::Rubin);
   for (const char* statistic : {"T", "P", "Q"}) {
-    const Cell* cell = pooled(0, "Plain", statistic);
-    ASSERT_NE(cell, nullptr) << statistic;
-    EXPECT_EQ(cell->state, State::Missing) << statistic;
-    EXPECT_EQ(note(0, *cell), "Imputations not computed 1 ...") << statistic;
+    expectNotComputed("Plain", statistic, 1);
   }
 }
 
