@@ -1,13 +1,8 @@
 // Blocks of files go to threads; each thread counts by itself, and their tables are put together.
 #include "CsvCounting.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <atomic>
-#include <cerrno>
 #include <exception>
 #include <memory>
 #include <mutex>
@@ -15,6 +10,7 @@
 #include <thread>
 
 #include "CsvLines.h"
+#include "InputFile.h"
 #include "embedded/session/Session.h"
 
 namespace embedded::data {
@@ -23,19 +19,11 @@ namespace {
 // How much longer than a block what is read of it may be: no line of plain data is longer.
 constexpr std::size_t longestLine = std::size_t{64} << 10U;
 
-// An open file, cut into blocks.
+// An open file, cut into blocks. Throws std::system_error when it cannot be read.
 class BlockFile {
  public:
-  explicit BlockFile(const CsvForm::File& file) : descriptor_(open(file.path.c_str(), O_RDONLY)) {
-    struct stat status{};
-    if (descriptor_ < 0 || fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) return;
-    size_ = static_cast<std::size_t>(status.st_size);
+  explicit BlockFile(const CsvForm::File& file) : file_(file.path), size_(file_.size()) {
     findData(file.header);
-  }
-  BlockFile(const BlockFile&) = delete;
-  BlockFile& operator=(const BlockFile&) = delete;
-  ~BlockFile() {
-    if (descriptor_ >= 0) close(descriptor_);
   }
 
   bool isUsable() const { return usable_; }
@@ -73,16 +61,9 @@ class BlockFile {
     return {buffer.data(), length};
   }
 
+  // False where the file has become shorter.
   bool readBytes(std::size_t offset, std::span<char> bytes) const {
-    while (!bytes.empty()) {
-      const ssize_t got =
-          pread(descriptor_, bytes.data(), bytes.size(), static_cast<off_t>(offset));
-      if (got < 0 && errno == EINTR) continue;
-      if (got <= 0) return false;
-      offset += static_cast<std::size_t>(got);
-      bytes = bytes.subspan(static_cast<std::size_t>(got));
-    }
-    return true;
+    return file_.readAt(offset, bytes) == bytes.size();
   }
 
   // The end of the header's line tells how lines end.
@@ -96,8 +77,8 @@ class BlockFile {
     usable_ = begin_ <= size_ && (returns_ ? second : first) == '\n';
   }
 
-  int descriptor_;
-  std::size_t size_ = 0;
+  InputFile file_;
+  std::size_t size_;
   std::size_t begin_ = 0;  // of the first line of data
   bool returns_ = false;
   bool usable_ = false;
@@ -178,7 +159,7 @@ std::size_t threadsFor(const BlockFile& file, const CsvReading& reading) {
 }  // namespace
 
 std::optional<CountedTexts> countTexts(const CsvForm& form, const std::vector<std::size_t>& wanted,
-                                       const CsvReading& reading) {
+                                       const CsvReading& reading) try {
   std::vector<CsvTexts> texts(wanted.size());
   CountingTable all(std::vector<int>(wanted.size(), 0), false);
   Read read;
@@ -199,6 +180,8 @@ std::optional<CountedTexts> countTexts(const CsvForm& form, const std::vector<st
   for (const CsvTexts& column : texts) counted.texts.push_back(column.texts());
   counted.patterns = all.finish();
   return counted;
+} catch (const std::system_error&) {
+  return std::nullopt;  // the engine reads the file then, or says why it cannot
 }
 
 }  // namespace embedded::data
