@@ -7,6 +7,7 @@
 
 #include <cstdio>
 #include <new>
+#include <ostream>
 #include <sstream>
 #include <string>
 
@@ -30,6 +31,10 @@ struct Case {
   const char* format;
   bool accepted = true;
 };
+
+void PrintTo(const Case& shown, std::ostream* out) {
+  *out << shown.name;
+}
 
 const Case cases[] = {
     {"OneSample", "PROPORTIONS /ONESAMPLE v u CITYPES=ALL TESTTYPES=ALL /SUCCESS VALUE=LEVEL(1)",

@@ -17,6 +17,7 @@
 #include <map>
 #include <memory>
 #include <new>
+#include <ostream>
 #include <string>
 #include <string_view>
 
@@ -75,6 +76,10 @@ struct Case {
   const char* name;
   std::function<std::string()> work;
 };
+
+void PrintTo(const Case& shown, std::ostream* out) {
+  *out << shown.name;
+}
 
 // What is prepared stands outside of the work, and so do its allocations.
 std::function<std::string()> reading(const char* name, const std::string& text) {
