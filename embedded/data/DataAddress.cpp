@@ -147,11 +147,19 @@ ServerAddress serverAddress(const std::string& text, const ServerEngine& engine)
 // Of the first folder that a search for files could not read to its end; files would be missed.
 thread_local int searchProblem = 0;
 
+// Without the folder itself and the one above, which only their own names stand for: `.*` would
+// lead out of the folder that is searched, and count files twice.
 dirent* nextEntry(void* folder) {
-  errno = 0;
-  dirent* entry = readdir(static_cast<DIR*>(folder));
-  if (entry == nullptr && searchProblem == 0) searchProblem = errno;
-  return entry;
+  for (;;) {
+    errno = 0;
+    dirent* entry = readdir(static_cast<DIR*>(folder));
+    if (entry == nullptr) {
+      if (searchProblem == 0) searchProblem = errno;
+      return nullptr;
+    }
+    const std::string_view name = entry->d_name;
+    if (name != "." && name != "..") return entry;
+  }
 }
 
 int noteProblem(const char* /*folder*/, int problem) {
