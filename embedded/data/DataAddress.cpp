@@ -1,21 +1,15 @@
 // Paths, patterns of paths, addresses of servers, and what is refused.
 #include "DataAddress.h"
 
-#include <dirent.h>
-#include <glob.h>
-#include <sys/stat.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
-#include <cstring>
 #include <filesystem>
-#include <new>
 #include <optional>
 #include <string_view>
 
 #include "EngineMessages.h"
 #include "Engines.h"
+#include "FilePattern.h"
 
 namespace embedded::data {
 namespace {
@@ -144,56 +138,13 @@ ServerAddress serverAddress(const std::string& text, const ServerEngine& engine)
   return server;
 }
 
-// Of the first folder that a search for files could not read to its end; files would be missed.
-thread_local int searchProblem = 0;
-
-// Without the folder itself and the one above, which only their own names stand for: `.*` would
-// lead out of the folder that is searched, and count files twice.
-dirent* nextEntry(void* folder) {
-  for (;;) {
-    errno = 0;
-    dirent* entry = readdir(static_cast<DIR*>(folder));
-    if (entry == nullptr) {
-      if (searchProblem == 0) searchProblem = errno;
-      return nullptr;
-    }
-    const std::string_view name = entry->d_name;
-    if (name != "." && name != "..") return entry;
-  }
-}
-
-int noteProblem(const char* /*folder*/, int problem) {
-  if (searchProblem == 0 && problem != ENOENT && problem != ENOTDIR) searchProblem = problem;
-  return 0;
-}
-
-// The files of a pattern, in the order of their names.
-std::vector<std::string> search(const std::string& pattern) {
-  glob_t found{};
-  found.gl_opendir = [](const char* folder) -> void* { return opendir(folder); };
-  found.gl_readdir = nextEntry;
-  found.gl_closedir = [](void* folder) { closedir(static_cast<DIR*>(folder)); };
-  found.gl_lstat = lstat;
-  found.gl_stat = stat;
-  searchProblem = 0;
-  const int status = glob(pattern.c_str(), GLOB_ALTDIRFUNC, noteProblem, &found);
-  std::vector<std::string> files;
-  if (status == 0) files.assign(found.gl_pathv, found.gl_pathv + found.gl_pathc);
-  globfree(&found);
-  if (status == GLOB_NOSPACE) throw std::bad_alloc();
-  if (searchProblem != 0) fail(messages::unreadable, {pattern, std::strerror(searchProblem)});
-  std::ranges::sort(files);
-  return files;
-}
-
 // The files that a pattern stands for; a path that exists as written stands for itself.
 std::vector<std::string> filesOf(const std::string& path) {
   std::error_code problem;
   if (fs::exists(path, problem)) return {path};
-  const bool isPattern = path.find_first_of("*?[") != std::string::npos;
-  if (problem && !isPattern) fail(messages::unreadable, {path, problem.message()});
+  if (problem && !isPattern(path)) fail(messages::unreadable, {path, problem.message()});
   std::vector<std::string> files;
-  if (isPattern) files = search(path);
+  if (isPattern(path)) files = pathsOf(path);
   if (files.empty()) fail(messages::noSuchFile, {path});
   return files;
 }

@@ -52,18 +52,6 @@ TEST_F(Addresses, MalformedOnesOfServersAreWrongUsage) {
   }
 }
 
-// As a shell once did: `.*` would then count the files of the folder above as well.
-TEST_F(Addresses, PatternsDoNotLeadToTheirOwnFolderOrTheOneAbove) {
-  for (const std::string folder : {"inner", "inner/.hidden"})
-    std::filesystem::create_directory(path(folder));
-  for (const std::string file : {"above.csv", "inner/own.csv", "inner/.hidden/one.csv"})
-    write(file, "v\n1\n");
-  EXPECT_EQ(parseAddress(path("inner/.*/*.csv")).files,
-            std::vector<std::string>{path("inner/.hidden/one.csv")});
-  EXPECT_EQ(parseAddress(path("inner/../*.csv")).files,
-            std::vector<std::string>{path("inner/../above.csv")});
-}
-
 TEST_F(Addresses, OfOtherNetworksAreRefused) {
   for (const std::string text : {"https://example.org/x.csv", "svn+ssh://h/d/t", "a.b://h/d/t"}) {
     EXPECT_EQ(refusal(text).id, messages::refusedUrl.id) << text;
