@@ -16,28 +16,19 @@
 namespace embedded::data {
 namespace {
 
-// What all threads of one query share.
-struct Job {
-  std::vector<int> widths;  // of the columns that make a pattern
-  bool weighted = false;
+// What makes a pattern.
+struct Pattern {
+  std::vector<int> widths;  // of its columns
+  bool weighted = false;    // by a column behind these
   bool textual = false;
-  std::atomic<bool> tooMany = false;
-  std::mutex mutex;
-  std::exception_ptr problem;  // guarded by the mutex
-  std::optional<CountedPatterns> result;
-
-  void keep(std::exception_ptr what) {
-    const std::scoped_lock lock(mutex);
-    if (!problem) problem = std::move(what);
-  }
 };
 
 // What one thread has counted.
 class Counter {
  public:
-  explicit Counter(const Job& job) : table_(job.widths, job.weighted) {
-    for (const int width : job.widths) addColumn(width, job.textual);
-    if (job.weighted) addColumn(0, job.textual);
+  explicit Counter(const Pattern& pattern) : table_(pattern.widths, pattern.weighted) {
+    for (const int width : pattern.widths) addColumn(width, pattern.textual);
+    if (pattern.weighted) addColumn(0, pattern.textual);
   }
 
   bool add(duckdb_data_chunk chunk) {
@@ -87,7 +78,34 @@ class Counter {
   std::vector<Column> columns_;
 };
 
-// The engine's state: a place for a counter, made when it is needed.
+// What all threads of one query share. It owns their counters: a query that ends early does not
+// give back all of its states.
+struct Job {
+  Pattern pattern;
+  std::atomic<bool> tooMany = false;
+  std::mutex mutex;
+  std::exception_ptr problem;                      // guarded by the mutex
+  std::vector<std::unique_ptr<Counter>> counters;  // guarded by the mutex
+  std::optional<CountedPatterns> result;
+
+  void keep(std::exception_ptr what) {
+    const std::scoped_lock lock(mutex);
+    if (!problem) problem = std::move(what);
+  }
+
+  Counter* newCounter() {
+    auto counter = std::make_unique<Counter>(pattern);
+    const std::scoped_lock lock(mutex);
+    return counters.emplace_back(std::move(counter)).get();
+  }
+
+  void discard(const Counter* counter) {
+    const std::scoped_lock lock(mutex);
+    std::erase_if(counters, [&](const auto& one) { return one.get() == counter; });
+  }
+};
+
+// The engine's state: a counter of the job, made when it is needed.
 struct State {
   Counter* counter;
 };
@@ -124,22 +142,24 @@ void update(duckdb_function_info info, duckdb_data_chunk chunk, duckdb_aggregate
     if (job.tooMany) return false;
     if (duckdb_data_chunk_get_size(chunk) == 0) return true;
     State& state = stateAt(states, 0);
-    if (state.counter == nullptr) state.counter = std::make_unique<Counter>(job).release();
+    if (state.counter == nullptr) state.counter = job.newCounter();
     return state.counter->add(chunk);
   });
 }
 
 void combine(duckdb_function_info info, duckdb_aggregate_state* from, duckdb_aggregate_state* to,
              idx_t count) {
-  guarded(info, [&](Job&) {
+  guarded(info, [&](Job& job) {
     for (std::size_t i = 0; i < count; ++i) {
-      State& source = stateAt(from, i);
+      Counter* const source = std::exchange(stateAt(from, i).counter, nullptr);
       State& target = stateAt(to, i);
-      if (source.counter == nullptr) continue;
-      if (target.counter == nullptr)
-        std::swap(source.counter, target.counter);
-      else if (!target.counter->combine(*source.counter))
-        return false;
+      if (source == nullptr) continue;
+      if (target.counter == nullptr) {
+        target.counter = source;
+      } else {
+        if (!target.counter->combine(*source)) return false;
+        job.discard(source);
+      }
     }
     return true;
   });
@@ -152,15 +172,11 @@ void finish(duckdb_function_info info, duckdb_aggregate_state* states, duckdb_ve
     for (std::size_t i = 0; i < count; ++i) {
       static_cast<bool*>(duckdb_vector_get_data(values))[offset + i] = true;
       const State& state = stateAt(states, i);
-      job.result = state.counter == nullptr ? Counter(job).finish() : state.counter->finish();
+      job.result =
+          state.counter == nullptr ? Counter(job.pattern).finish() : state.counter->finish();
     }
     return true;
   });
-}
-
-void destroy(duckdb_aggregate_state* states, idx_t count) {
-  for (std::size_t i = 0; i < count; ++i)
-    delete std::exchange(stateAt(states, i).counter, nullptr);  // NOLINT: the engine's state
 }
 
 struct Type {
@@ -184,7 +200,6 @@ void registerCounting(Engine& engine, const std::string& name, std::size_t param
   duckdb_aggregate_function_set_return_type(function, boolean.value);
   duckdb_aggregate_function_set_special_handling(function);  // nulls are values here
   duckdb_aggregate_function_set_functions(function, stateSize, begin, update, combine, finish);
-  duckdb_aggregate_function_set_destructor(function, destroy);
   duckdb_aggregate_function_set_extra_info(function, &job, nullptr);
   engine.add(function);
 }
@@ -205,6 +220,7 @@ bool runCounting(Engine& engine, const std::string& rows, const std::vector<std:
     if (job.problem) std::rethrow_exception(job.problem);
     if (!job.tooMany) throw;
   }
+  job.counters.clear();  // the result is a copy
   return !job.tooMany;
 }
 
@@ -265,15 +281,15 @@ bool canCount(const ScanRequest& request) {
 std::optional<CountedPatterns> countPatterns(Engine& engine, const CountedRows& rows,
                                              const ScanRequest& request) {
   Job job;
-  job.weighted = request.weight >= 0;
-  job.textual = rows.textual;
+  job.pattern.weighted = request.weight >= 0;
+  job.pattern.textual = rows.textual;
   std::vector<std::size_t> order;  // of the columns: the weight goes last
   for (std::size_t i = 0; i < request.columns.size(); ++i) {
     if (static_cast<int>(i) == request.weight) continue;
     order.push_back(i);
-    job.widths.push_back(request.columns[i].width);
+    job.pattern.widths.push_back(request.columns[i].width);
   }
-  if (job.weighted) order.push_back(static_cast<std::size_t>(request.weight));
+  if (job.pattern.weighted) order.push_back(static_cast<std::size_t>(request.weight));
   std::vector<std::string> columns;
   std::vector<std::unique_ptr<CountingValues>> values;
   for (const std::size_t i : order) {
