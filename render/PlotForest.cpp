@@ -105,9 +105,12 @@ std::string quantityOf(const ReaderTable& table, std::size_t estimate, const Con
   const std::string label = column.labels.empty() ? std::string() : column.labels.back().text;
   const Meaning& meaning = table.meanings[estimate];
   const std::string& direction = meaning.direction.empty() ? table.direction : meaning.direction;
-  return direction.empty()
-             ? label
-             : phrase(context, "Axis ^1 taken as ^2", {label, phrase(context, direction)});
+  if (direction.empty()) {
+    return label;
+  }
+  // Not by `? :`, where gcc 12's address sanitizer takes the list for out of scope as soon as one
+  // of its texts cannot be made.
+  return phrase(context, "Axis ^1 taken as ^2", {label, phrase(context, direction)});
 }
 
 // Which label levels, beyond those of split groups, differ between rows.

@@ -32,6 +32,14 @@ void* allocate(std::size_t size, std::align_val_t alignment) {
   return place;
 }
 
+void* allocateOrNull(std::size_t size) noexcept {
+  try {
+    return allocate(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
 }  // namespace
 
 namespace faults {
@@ -70,10 +78,23 @@ void* operator new(std::size_t size, std::align_val_t alignment) {
 void* operator new[](std::size_t size, std::align_val_t alignment) {
   return allocate(size, alignment);
 }
+// The library's own would call those above, a sanitizer's would not.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return allocateOrNull(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+  return allocateOrNull(size);
+}
 void operator delete(void* place) noexcept {
   std::free(place);
 }
 void operator delete[](void* place) noexcept {
+  std::free(place);
+}
+void operator delete(void* place, const std::nothrow_t&) noexcept {
+  std::free(place);
+}
+void operator delete[](void* place, const std::nothrow_t&) noexcept {
   std::free(place);
 }
 void operator delete(void* place, std::size_t) noexcept {

@@ -130,7 +130,9 @@ std::string functions() {
 // Where the failed allocation came from, when the process cannot go on.
 [[noreturn]] void onTerminate() {
   const std::string names = functions();
-  const bool freeing = names.find("::json_value::destroy(") != std::string::npos;
+  // The destructor stands for the function that it calls where that has become a part of it.
+  const bool freeing = names.find("::json_value::destroy(") != std::string::npos ||
+                       names.find("::~basic_json()") != std::string::npos;
   if (!freeing) std::fprintf(stderr, "terminated in\n%s", names.c_str());
   std::_Exit(static_cast<int>(freeing ? End::FreeingJson : End::Terminated));
 }
