@@ -167,6 +167,9 @@ DataAddress parseAddress(const std::string& text) {
     address.standardInput = true;
     return address;
   }
+  // The system would read the name up to the byte 0 only, and find another file.
+  if (text.find('\0') != std::string::npos)
+    fail(messages::noSuchFile, {isUrl(text) ? withoutPassword(text) : text});
   if (isUrl(text)) {
     const ServerEngine* engine = findServerEngine(text.substr(0, text.find("://")));
     if (engine == nullptr) fail(messages::refusedUrl, {withoutPassword(text)});

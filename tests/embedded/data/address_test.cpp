@@ -52,6 +52,15 @@ TEST_F(Addresses, MalformedOnesOfServersAreWrongUsage) {
   }
 }
 
+TEST_F(Addresses, DoNotEndAtAZeroByte) {
+  const std::string rest("\0.csv", 5);
+  const std::string file = write("a.csv", "v\n1\n") + rest;
+  EXPECT_EQ(refusal(file).id, messages::noSuchFile.id);
+  EXPECT_EQ(refusal(path("*.csv") + rest).id, messages::noSuchFile.id);
+  EXPECT_EQ(refusal("clickhouse://u:secret@h/d/t" + rest).arguments,
+            Arguments{"clickhouse://u@h/d/t" + rest});
+}
+
 TEST_F(Addresses, OfOtherNetworksAreRefused) {
   for (const std::string text : {"https://example.org/x.csv", "svn+ssh://h/d/t", "a.b://h/d/t"}) {
     EXPECT_EQ(refusal(text).id, messages::refusedUrl.id) << text;
