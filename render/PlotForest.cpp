@@ -102,7 +102,7 @@ std::optional<double> numberIn(const ReaderCell& cell) {
 
 std::string quantityOf(const ReaderTable& table, std::size_t estimate, const Context& context) {
   const ReaderColumn& column = table.columns[estimate];
-  const std::string label = column.labels.empty() ? std::string() : column.labels.back().text;
+  std::string label = column.labels.empty() ? std::string() : column.labels.back().text;
   const Meaning& meaning = table.meanings[estimate];
   const std::string& direction = meaning.direction.empty() ? table.direction : meaning.direction;
   if (direction.empty()) {

@@ -204,9 +204,9 @@ void registerCounting(Engine& engine, const std::string& name, std::size_t param
   engine.add(function);
 }
 
-// Runs the query; false when there are too many patterns.
-bool runCounting(Engine& engine, const std::string& rows, const std::vector<std::string>& columns,
-                 Job& job) {
+// Runs the query; nothing when there are too many patterns.
+std::optional<CountedPatterns> runCounting(Engine& engine, const std::string& rows,
+                                           const std::vector<std::string>& columns, Job& job) {
   const std::string name = engine.newName("count_patterns");
   registerCounting(engine, name, columns.size(), job);
   std::string list;
@@ -221,7 +221,8 @@ bool runCounting(Engine& engine, const std::string& rows, const std::vector<std:
     if (!job.tooMany) throw;
   }
   job.counters.clear();  // the result is a copy
-  return !job.tooMany;
+  if (job.tooMany) return std::nullopt;
+  return std::move(job.result);
 }
 
 // Compares two strings as the engine orders them: none first, else by bytes without the blanks
@@ -297,12 +298,13 @@ std::optional<CountedPatterns> countPatterns(Engine& engine, const CountedRows& 
     values.push_back(rows.dictionaries[i] ? std::make_unique<CountingValues>(engine) : nullptr);
     if (values.back()) columns.back() = values.back()->call(columns.back());
   }
-  if (!runCounting(engine, rows.sql, columns, job)) return std::nullopt;
-  CountedPatterns counted{std::move(job.result->batch), {}};
+  std::optional<CountedPatterns> result = runCounting(engine, rows.sql, columns, job);
+  if (!result) return std::nullopt;
+  CountedPatterns counted{std::move(result->batch), {}};
   counted.faults.resize(order.size());
   for (std::size_t i = 0; i < order.size(); ++i) {
     ColumnFaults& faults = counted.faults[order[i]];
-    faults = job.result->faults[i];
+    faults = result->faults[i];
     faults.suspect |= values[i] && values[i]->suspect();
   }
   sortBySplits(counted.batch, request);
