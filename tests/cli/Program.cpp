@@ -17,7 +17,6 @@ namespace cli_tests {
 namespace {
 
 constexpr const char* program = BUILD_ROOT "/bin/proportions";
-constexpr unsigned longestRun = 60;  // seconds
 
 int checked(int result) {
   if (result < 0) {

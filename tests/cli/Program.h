@@ -15,6 +15,13 @@
 
 namespace cli_tests {
 
+// Seconds until the alarm; a program under a sanitizer takes some twenty times as long.
+#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+constexpr unsigned longestRun = 1200;
+#else
+constexpr unsigned longestRun = 60;
+#endif
+
 // A folder of its own that is removed with the object.
 class Folder {
  public:

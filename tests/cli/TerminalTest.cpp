@@ -17,8 +17,6 @@
 namespace cli_tests {
 namespace {
 
-constexpr unsigned longestRun = 60;  // seconds
-
 struct Shown {
   int status = 0;
   std::vector<std::string> lines;

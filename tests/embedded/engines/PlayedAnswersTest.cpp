@@ -228,7 +228,7 @@ TEST(PlayedProgress, InTheHeadOfAnAnswerMayBeWithoutQuotes) {
 
 // A server whose answers tell nothing is asked now and then, and may be too busy for that.
 TEST(PlayedProgress, IsAskedForAndMayBeRefused) {
-  int asked = 0;
+  std::atomic<int> asked = 0;  // by the server's thread
   const FakeServer server([&](const std::string& sql) {
     if (sql.find("system.processes") != std::string::npos) {
       ++asked;
