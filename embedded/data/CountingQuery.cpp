@@ -16,17 +16,17 @@
 namespace embedded::data {
 namespace {
 
-// What makes a pattern.
-struct Pattern {
-  std::vector<int> widths;  // of its columns
-  bool weighted = false;    // by a column behind these
+// The columns that make a pattern.
+struct PatternColumns {
+  std::vector<int> widths;
+  bool weighted = false;  // by a column behind these
   bool textual = false;
 };
 
 // What one thread has counted.
 class Counter {
  public:
-  explicit Counter(const Pattern& pattern) : table_(pattern.widths, pattern.weighted) {
+  explicit Counter(const PatternColumns& pattern) : table_(pattern.widths, pattern.weighted) {
     for (const int width : pattern.widths) addColumn(width, pattern.textual);
     if (pattern.weighted) addColumn(0, pattern.textual);
   }
@@ -81,7 +81,7 @@ class Counter {
 // What all threads of one query share. It owns their counters: a query that ends early does not
 // give back all of its states.
 struct Job {
-  Pattern pattern;
+  PatternColumns pattern;
   std::atomic<bool> tooMany = false;
   std::mutex mutex;
   std::exception_ptr problem;                      // guarded by the mutex

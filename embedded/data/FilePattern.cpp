@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <system_error>
+#include <utility>
 
 #include "DataMessages.h"
 #include "EngineMessages.h"
